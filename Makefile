@@ -1,0 +1,37 @@
+# Front door of the project: `make demo` and `make test` work on a fresh machine.
+JOBS ?= $(shell nproc)
+RELEASE_DIR := build/release
+TEST_DIR := build/test
+BENCH_DIR := build/bench
+DEMO_INPUT := examples/Velmor-Sample.velmor
+
+.PHONY: all deps release demo test bench bench-run clean
+
+all: release
+
+deps:
+	./scripts/install-deps.sh
+
+release: deps
+	cmake -S . -B $(RELEASE_DIR) -DCMAKE_BUILD_TYPE=Release -DVELMOR_TESTS=OFF >/dev/null
+	cmake --build $(RELEASE_DIR) -j $(JOBS)
+
+demo: release
+	$(RELEASE_DIR)/velmor-thumbnailer -s 256 $(DEMO_INPUT) build/demo.png; \
+	status=$$?; \
+	if [ $$status -eq 0 ]; then echo "wrote build/demo.png"; else echo "velmor-thumbnailer answered with exit status $$status"; fi
+
+test: deps
+	cmake -S . -B $(TEST_DIR) -DCMAKE_BUILD_TYPE=Debug -DVELMOR_SANITIZE=ON >/dev/null
+	cmake --build $(TEST_DIR) -j $(JOBS)
+	cd $(TEST_DIR) && ctest --output-on-failure -j $(JOBS)
+
+bench: deps
+	cmake -S . -B $(BENCH_DIR) -DCMAKE_BUILD_TYPE=Release -DVELMOR_TESTS=OFF -DVELMOR_BENCH=ON >/dev/null
+	cmake --build $(BENCH_DIR) -j $(JOBS)
+
+bench-run: bench
+	for b in $(BENCH_DIR)/bench/bench_*; do $$b; done
+
+clean:
+	rm -rf build

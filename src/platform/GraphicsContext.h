@@ -1,0 +1,56 @@
+#pragma once
+
+#include "platform/AffineTransform.h"
+#include "platform/BezierPath.h"
+#include "platform/Color.h"
+
+#include <array>
+#include <cstdint>
+#include <string>
+
+typedef struct _cairo cairo_t;
+typedef struct _cairo_surface cairo_surface_t;
+
+// A drawing context over a transparent cairo image surface, y axis up from the bottom-left
+// corner, anti-aliased, non-zero fill. Drawing calls of Color, AffineTransform and BezierPath act
+// on the context that is current for the calling thread.
+class GraphicsContext {
+public:
+    GraphicsContext(int pixelsWide, int pixelsHigh);
+    ~GraphicsContext();
+    GraphicsContext(const GraphicsContext&) = delete;
+    GraphicsContext& operator=(const GraphicsContext&) = delete;
+
+    // The context of the calling thread, or null outside a drawing block.
+    static GraphicsContext* current();
+
+    // Makes a context current for the calling thread for the life of the object.
+    class Current {
+    public:
+        explicit Current(GraphicsContext& context);
+        ~Current();
+        Current(const Current&) = delete;
+        Current& operator=(const Current&) = delete;
+
+    private:
+        GraphicsContext* _previous;
+    };
+
+    int pixelsWide() const { return _width; }
+    int pixelsHigh() const { return _height; }
+
+    void setFillColor(const Color& color);
+    void concatTransform(const AffineTransform& transform);
+    void fillPath(const BezierPath& path);
+
+    // Premultiplied RGBA of one pixel, counted from the bottom-left corner.
+    std::array<uint8_t, 4> pixelAt(int x, int y) const;
+    // Writes the part of width by height pixels at the bottom-left corner as a PNG.
+    bool writePNG(const std::string& path, int width, int height) const;
+
+private:
+    int _width;
+    int _height;
+    cairo_surface_t* _surface;
+    cairo_t* _cairo;
+};
