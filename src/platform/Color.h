@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 
 // A colour in one of the platform's spaces. The components are kept as given so that a colour
 // read from a document compares equal to the one that was written; drawing uses the RGBA form.
