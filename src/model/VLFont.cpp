@@ -1,0 +1,160 @@
+#include "model/VLFont.h"
+
+#include "model/VLFontMaster.h"
+#include "model/VLGlyph.h"
+#include "model/VLUserData.h"
+
+#include <cstdio>
+
+std::shared_ptr<VLFont> VLFont::init()
+{
+    auto font = std::make_shared<VLFont>();
+    auto master = VLFontMaster::initFast();
+    master->setId(std::string("m01"));
+    font->addFontMaster(master);
+    return font;
+}
+
+VLFont::~VLFont() = default;
+
+void VLFont::setGlyphs(std::vector<std::shared_ptr<VLGlyph>> glyphs)
+{
+    _glyphs = std::move(glyphs);
+    for (const auto& glyph : _glyphs) glyph->setParent(shared_from_this());
+}
+
+void VLFont::addGlyphFast(const std::shared_ptr<VLGlyph>& glyph)
+{
+    if (!glyph) return;
+    glyph->setParent(shared_from_this());
+    _glyphs.push_back(glyph);
+}
+
+std::shared_ptr<VLGlyph> VLFont::objectInGlyphsAtIndex(size_t index) const
+{
+    return index < _glyphs.size() ? _glyphs[index] : nullptr;
+}
+
+void VLFont::setFontMasters(std::vector<std::shared_ptr<VLFontMaster>> masters)
+{
+    _fontMasters = std::move(masters);
+    for (const auto& master : _fontMasters) master->setFont(this);
+}
+
+void VLFont::addFontMaster(const std::shared_ptr<VLFontMaster>& master)
+{
+    if (!master) return;
+    master->setFont(this);
+    _fontMasters.push_back(master);
+}
+
+std::shared_ptr<VLFontMaster> VLFont::fontMasterAtIndex(long index) const
+{
+    if (index < 0) return nullptr;
+    size_t i = static_cast<size_t>(index);
+    if (i < _fontMasters.size()) return _fontMasters[i];
+    i -= _fontMasters.size();
+    return i < _importedFontMasters.size() ? _importedFontMasters[i] : nullptr;
+}
+
+long VLFont::indexOfFontMaster(const VLFontMaster* master) const
+{
+    for (size_t i = 0; i < _fontMasters.size(); ++i)
+        if (_fontMasters[i].get() == master) return static_cast<long>(i);
+    return -1;
+}
+
+std::shared_ptr<VLFontMaster> VLFont::fontMasterForId(const std::string* id) const
+{
+    if (!id) return nullptr;
+    for (const auto* list : {&_fontMasters, &_importedFontMasters})
+        for (const auto& master : *list)
+            if (master->id() == *id) return master;
+    return nullptr;
+}
+
+std::shared_ptr<VLFontMaster> VLFont::fontMasterForName(const std::string& name) const
+{
+    for (const auto* list : {&_fontMasters, &_importedFontMasters})
+        for (const auto& master : *list)
+            if (master->name() == name) return master;
+    return nullptr;
+}
+
+std::string VLFont::version() const
+{
+    return std::to_string(_versionMajor) + "." + std::to_string(_versionMinor);
+}
+
+void VLFont::setVersion(const std::string& version)
+{
+    int major = 0;
+    int minor = 0;
+    std::sscanf(version.c_str(), "%d.%d", &major, &minor);
+    _versionMajor = static_cast<uint64_t>(major);
+    _versionMinor = static_cast<uint64_t>(minor);
+}
+
+double VLFont::gridLength() const
+{
+    if (_gridSubDivision == 0) return _gridMain;
+    return static_cast<double>(_gridMain) / _gridSubDivision;
+}
+
+std::string VLFont::fontTypeKeyForType(int8_t type)
+{
+    switch (type) {
+    case FontTypeVariable: return "variable";
+    case FontTypeLayerFont: return "layerFont";
+    case FontTypeIconSet: return "iconSet";
+    default: return "default";
+    }
+}
+
+int8_t VLFont::fontTypeForTypeKey(const std::string& key)
+{
+    if (key == "variable") return FontTypeVariable;
+    if (key == "layerFont") return FontTypeLayerFont;
+    if (key == "iconSet") return FontTypeIconSet;
+    return FontTypeDefault;
+}
+
+void VLFont::setUserData_forKey(const Value& value, const std::string& key)
+{
+    VLSetUserData(_userData, value, key);
+}
+
+Value VLFont::tempDataForKey(const std::string& key) const
+{
+    if (!_tempData) return Value();
+    auto it = _tempData->find(key);
+    return it == _tempData->end() ? Value() : it->second;
+}
+
+void VLFont::setTempData_forKey(const Value& value, const std::string& key)
+{
+    if (!_tempData) _tempData.emplace();
+    if (value.isNull())
+        _tempData->erase(key);
+    else
+        (*_tempData)[key] = value;
+}
+
+void VLFont::stopUpdateInterface()
+{
+    _disabledChanges = true;
+    _disabledChangeKeys.reset();
+}
+
+void VLFont::disableUpdateInterface()
+{
+    _disabledChanges = true;
+    if (!_disabledChangeKeys) _disabledChangeKeys.emplace();
+}
+
+void VLFont::enableUpdateInterface()
+{
+    _disabledChanges = false;
+    // Nothing listens to announcements here, so re-announcing the held keys is only emptying them.
+    if (_disabledChangeKeys) _disabledChangeKeys->clear();
+}

@@ -1,0 +1,142 @@
+#pragma once
+
+#include "model/VLContainer.h"
+#include "platform/Value.h"
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+class VLFontMaster;
+class VLGlyph;
+struct VLError;
+
+// One document: glyphs, masters and the font-wide settings that drawing needs.
+class VLFont : public VLContainer, public std::enable_shared_from_this<VLFont> {
+public:
+    enum FontType : int8_t { FontTypeDefault = 0, FontTypeVariable = 1, FontTypeLayerFont = 2, FontTypeIconSet = 3 };
+
+    // A new font holding exactly one master "m01" made with initFast.
+    static std::shared_ptr<VLFont> init();
+    ~VLFont() override;
+
+    // Reads a document in any of its storage forms and finishes it; null on failure.
+    static std::shared_ptr<VLFont> initWithURL_error(const std::string& path, VLError* error);
+
+    // Navigation.
+    std::shared_ptr<VLLayer> layer() const override { return nullptr; }
+    std::shared_ptr<VLGlyph> glyph() const override { return nullptr; }
+    std::shared_ptr<VLFont> font() const override { return std::const_pointer_cast<VLFont>(shared_from_this()); }
+    void elementDidChange(VLShape*) override {}
+
+    // Glyphs.
+    const std::vector<std::shared_ptr<VLGlyph>>& glyphs() const { return _glyphs; }
+    void setGlyphs(std::vector<std::shared_ptr<VLGlyph>> glyphs);
+    void addGlyphFast(const std::shared_ptr<VLGlyph>& glyph);
+    const std::vector<std::string>& glyphFiles() const { return _glyphFiles; }
+    void setGlyphFiles(std::vector<std::string> names) { _glyphFiles = std::move(names); }
+    // The larger of the loaded glyphs and the glyph files of a package.
+    size_t countOfGlyphs() const { return std::max(_glyphs.size(), _glyphFiles.size()); }
+    // The loaded glyphs alone.
+    size_t count() const { return _glyphs.size(); }
+    std::shared_ptr<VLGlyph> objectInGlyphsAtIndex(size_t index) const;
+
+    // Look-ups; glyphs of imported fonts answer after the font's own.
+    std::shared_ptr<VLGlyph> glyphForName(const std::string& name);
+    std::shared_ptr<VLGlyph> localGlyphForName(const std::string& name);
+    std::shared_ptr<VLGlyph> glyphAtIndex(size_t index);
+    void prepareName2Glyph();
+    void resetCache();
+    void updateCacheForGlyph_oldName(const std::shared_ptr<VLGlyph>& glyph, const std::string& oldName);
+    void glyphHasChangedName_oldName(const std::shared_ptr<VLGlyph>& glyph, const std::string& oldName);
+
+    // Masters.
+    const std::vector<std::shared_ptr<VLFontMaster>>& fontMasters() const { return _fontMasters; }
+    void setFontMasters(std::vector<std::shared_ptr<VLFontMaster>> masters);
+    void addFontMaster(const std::shared_ptr<VLFontMaster>& master);
+    // Counts on into the imported masters; null past both.
+    std::shared_ptr<VLFontMaster> fontMasterAtIndex(long index) const;
+    long indexOfFontMaster(const VLFontMaster* master) const;
+    std::shared_ptr<VLFontMaster> fontMasterForId(const std::string* id) const;
+    std::shared_ptr<VLFontMaster> fontMasterForId(const std::string& id) const { return fontMasterForId(&id); }
+    std::shared_ptr<VLFontMaster> fontMasterForName(const std::string& name) const;
+    const std::vector<std::shared_ptr<VLFontMaster>>& importedFontMasters() const { return _importedFontMasters; }
+    void setImportedFontMasters(std::vector<std::shared_ptr<VLFontMaster>> masters) { _importedFontMasters = std::move(masters); }
+    const std::vector<std::shared_ptr<VLFont>>& importedFonts() const { return _importedFonts; }
+    void setImportedFonts(std::vector<std::shared_ptr<VLFont>> fonts) { _importedFonts = std::move(fonts); }
+
+    // Settings.
+    uint32_t unitsPerEm() const { return _unitsPerEm; }
+    void setUnitsPerEm(uint32_t upm) { _unitsPerEm = upm; }
+    uint64_t versionMajor() const { return _versionMajor; }
+    uint64_t versionMinor() const { return _versionMinor; }
+    void setVersionMajor(uint64_t v) { _versionMajor = v; }
+    void setVersionMinor(uint64_t v) { _versionMinor = v; }
+    std::string version() const;
+    void setVersion(const std::string& version);
+    uint32_t gridMain() const { return _gridMain; }
+    void setGridMain(uint32_t v) { _gridMain = v; }
+    uint32_t gridSubDivision() const { return _gridSubDivision; }
+    void setGridSubDivision(uint32_t v) { _gridSubDivision = v; }
+    double gridLength() const;
+    bool disablesNiceNames() const { return _disablesNiceNames; }
+    void setDisablesNiceNames(bool v) { _disablesNiceNames = v; }
+    bool disablesAutomaticAlignment() const { return _disablesAutomaticAlignment; }
+    void setDisablesAutomaticAlignment(bool v) { _disablesAutomaticAlignment = v; }
+    bool keepAlternatesTogether() const { return _keepAlternatesTogether; }
+    void setKeepAlternatesTogether(bool v) { _keepAlternatesTogether = v; }
+    const std::string& fontName() const { return _fontName; }
+    void setFontName(const std::string& name) { _fontName = name; }
+    uint8_t formatVersion() const { return _formatVersion; }
+    void setFormatVersion(uint8_t v) { _formatVersion = v; }
+    uint8_t storedFormatVersion() const { return _storedFormatVersion; }
+    void setStoredFormatVersion(uint8_t v) { _storedFormatVersion = v; }
+    const std::string& appVersion() const { return _appVersion; }
+    void setAppVersion(const std::string& v) { _appVersion = v; }
+    int8_t fontType() const { return _fontType; }
+    void setFontType(int8_t type) { _fontType = type; }
+    static std::string fontTypeKeyForType(int8_t type);
+    static int8_t fontTypeForTypeKey(const std::string& key);
+
+    // User data and scratch.
+    const ValueDictionary& userData() const { return _userData; }
+    void setUserData_forKey(const Value& value, const std::string& key);
+    Value tempDataForKey(const std::string& key) const;
+    void setTempData_forKey(const Value& value, const std::string& key);
+
+    // Interface updates: one flag and the keys changed while it was on.
+    void stopUpdateInterface();
+    void disableUpdateInterface();
+    void enableUpdateInterface();
+    void enableFutureUpdates() { _disabledChanges = false; }
+    bool isUpdateInterfaceEnabled() const { return !_disabledChanges; }
+
+private:
+    std::vector<std::shared_ptr<VLGlyph>> _glyphs;
+    std::vector<std::string> _glyphFiles;
+    uint32_t _unitsPerEm = 1000;
+    uint64_t _versionMajor = 1;
+    uint64_t _versionMinor = 0;
+    std::vector<std::shared_ptr<VLFontMaster>> _fontMasters;
+    ValueDictionary _userData;
+    uint32_t _gridMain = 1;
+    uint32_t _gridSubDivision = 1;
+    bool _disablesNiceNames = false;
+    bool _disablesAutomaticAlignment = false;
+    bool _keepAlternatesTogether = false;
+    std::map<std::string, std::shared_ptr<VLGlyph>, std::less<>> _name2Glyph;
+    bool _disabledChanges = false;
+    std::optional<std::set<std::string>> _disabledChangeKeys;
+    std::string _fontName;
+    std::optional<ValueDictionary> _tempData;
+    uint8_t _formatVersion = 3;
+    int8_t _fontType = FontTypeDefault;
+    uint8_t _storedFormatVersion = 0;
+    std::string _appVersion;
+    std::vector<std::shared_ptr<VLFontMaster>> _importedFontMasters;
+    std::vector<std::shared_ptr<VLFont>> _importedFonts;
+};

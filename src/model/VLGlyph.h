@@ -1,0 +1,147 @@
+#pragma once
+
+#include "model/VLColorIndex.h"
+#include "model/VLOrderedDictionary.h"
+#include "platform/Color.h"
+#include "platform/Value.h"
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+class BezierPath;
+class VLFont;
+class VLLayer;
+
+// One glyph: its identity and its layers, which are read from the document on first need.
+class VLGlyph : public std::enable_shared_from_this<VLGlyph> {
+public:
+    using Layers = VLOrderedDictionary<std::shared_ptr<VLLayer>>;
+
+    // A glyph for editing: named "newGlyph", with a new UUID as id.
+    static std::shared_ptr<VLGlyph> init();
+    // A glyph for the readers: no name, its own address as id.
+    static std::shared_ptr<VLGlyph> initFast();
+    ~VLGlyph();
+
+    // Navigation.
+    std::shared_ptr<VLFont> parent() const { return _parent.lock(); }
+    std::shared_ptr<VLFont> font() const { return parent(); }
+    void setParent(const std::shared_ptr<VLFont>& font) { _parent = font; }
+
+    // Identity.
+    const std::string& name() const { return _name; }
+    // Renames unless the name is empty or unchanged; the font's name index follows unless the
+    // font disables nice names.
+    void setName(const std::string& name);
+    void setName_changeName_update_validate(const std::string& name, bool changeName, bool update, bool validate);
+    void setNameFast(const std::string& name) { _name = name; }
+    void setNameFastCache(const std::string& name);
+    const std::string& id() const { return _id; }
+    void setId(const std::string& id) { _id = id; }
+    uint64_t glyphId() const { return _glyphId; }
+    void setGlyphId(uint64_t glyphId) { _glyphId = glyphId; }
+
+    // Code points as upper-case hexadecimal text.
+    const std::vector<std::string>& unicodes() const { return _unicodes; }
+    void setUnicodesFast(const std::vector<std::string>& unicodes);
+    uint32_t unicodeChar() const;
+    std::string charString() const;
+    std::string charStrings() const;
+
+    // Glyph information.
+    const std::string& script() const { return _script; }
+    void setScript(const std::string& v) { _script = v; }
+    const std::string& category() const { return _category; }
+    void setCategory(const std::string& v) { _category = v; }
+    const std::string& subCategory() const { return _subCategory; }
+    void setSubCategory(const std::string& v) { _subCategory = v; }
+    const std::string& production() const { return _production; }
+    void setProduction(const std::string& v) { _production = v; }
+    bool exportGlyph() const { return _export; }
+    void setExport(bool v) { _export = v; }
+    // Whether the document states the value explicitly.
+    bool storeScript() const { return _storeScript; }
+    void setStoreScript(bool v) { _storeScript = v; }
+    bool storeCategory() const { return _storeCategory; }
+    void setStoreCategory(bool v) { _storeCategory = v; }
+    bool storeSubCategory() const { return _storeSubCategory; }
+    void setStoreSubCategory(bool v) { _storeSubCategory = v; }
+    bool storeCase() const { return _storeCase; }
+    void setStoreCase(bool v) { _storeCase = v; }
+    bool storeProduction() const { return _storeProduction; }
+    void setStoreProduction(bool v) { _storeProduction = v; }
+    bool storeDirection() const { return _storeDirection; }
+    void setStoreDirection(bool v) { _storeDirection = v; }
+    bool storeSortName() const { return _storeSortName; }
+    void setStoreSortName(bool v) { _storeSortName = v; }
+    bool hasCustomGlyphInfo() const;
+    static bool isCornerName(const std::string& name);
+    bool isCornerGlyph() const { return isCornerName(_name); }
+    bool isSmartGlyph() const;
+
+    // Colour marker.
+    uint8_t colorIndex() const { return _colorIndex; }
+    void setColorIndex(int64_t index);
+    const std::optional<Color>& color() const { return _color; }
+    void setColor(const Color& color);
+
+    const ValueDictionary& userData() const { return _userData; }
+    void setUserData_forKey(const Value& value, const std::string& key);
+
+    // Layers.
+    const Layers& layers() const { return _layers; }
+    size_t countOfLayers() const { return _layers.count(); }
+    std::shared_ptr<VLLayer> layerForIdFast(const std::string& layerId) const { return _layers.objectForKey(layerId); }
+    // Reads the layers first if needed; asking for a master's layer creates an empty one.
+    std::shared_ptr<VLLayer> layerForId(const std::string& layerId);
+    void setLayer_forId(const std::shared_ptr<VLLayer>& layer, const std::string& layerId);
+    void removeLayerForId(const std::string& layerId) { _layers.removeObjectForKey(layerId); }
+    // The layer of the first master, without reading.
+    std::shared_ptr<VLLayer> layer0() const;
+    void stopUpdates();
+    void startUpdates();
+    // Reads the layers noted in the document; false when the text can't be read.
+    bool readLayersFormat(uint8_t format);
+
+    double lastOperationInterval() const { return _lastOperationInterval; }
+    void setLastOperationInterval(double seconds) { _lastOperationInterval = seconds; }
+
+    // Whether the master layers share one structure, so that they can be blended.
+    bool mastersCompatible() const;
+
+    // The thumbnail's view of the glyph.
+    double maxWidth();
+    uint16_t width();
+    std::shared_ptr<BezierPath> bezierPath();
+
+private:
+    bool readLayersIfEmpty();
+    uint8_t formatOfParent() const;
+
+    Layers _layers;
+    std::string _name;
+    std::vector<std::string> _unicodes;
+    std::string _script;
+    std::string _category;
+    std::string _subCategory;
+    std::string _production;
+    bool _export = true;
+    bool _storeScript = false;
+    bool _storeCategory = false;
+    bool _storeSubCategory = false;
+    bool _storeCase = false;
+    bool _storeProduction = false;
+    bool _storeDirection = false;
+    bool _storeSortName = false;
+    std::optional<Color> _color;
+    uint8_t _colorIndex = VLColorIndexNone;
+    ValueDictionary _userData;
+    mutable uint32_t _unicodeChar = 0;
+    std::weak_ptr<VLFont> _parent;
+    uint64_t _glyphId = 0;
+    std::string _id;
+    double _lastOperationInterval = 0.0;
+};

@@ -1,0 +1,260 @@
+#include "model/VLLayer.h"
+
+#include "model/VLFont.h"
+#include "model/VLFontMaster.h"
+#include "model/VLGlyph.h"
+#include "model/VLShape.h"
+#include "model/VLUserData.h"
+#include "platform/BezierPath.h"
+
+#include <chrono>
+#include <cmath>
+
+double VLAbsoluteTimeGetCurrent()
+{
+    // 978307200 seconds lie between the Unix epoch and 2001-01-01.
+    auto now = std::chrono::system_clock::now().time_since_epoch();
+    return std::chrono::duration<double>(now).count() - 978307200.0;
+}
+
+std::shared_ptr<VLLayer> VLLayer::init()
+{
+    return std::make_shared<VLLayer>();
+}
+
+VLLayer::~VLLayer()
+{
+    _disableUpdates = true;
+}
+
+std::shared_ptr<VLFont> VLLayer::font() const
+{
+    auto owner = glyph();
+    return owner ? owner->font() : nullptr;
+}
+
+std::shared_ptr<VLFontMaster> VLLayer::associatedFontMasterFast() const
+{
+    auto owner = font();
+    return owner ? owner->fontMasterForId(_associatedMasterId) : nullptr;
+}
+
+std::shared_ptr<VLFontMaster> VLLayer::associatedFontMaster() const
+{
+    auto owner = font();
+    if (!owner) return nullptr;
+    if (auto master = owner->fontMasterForId(_associatedMasterId)) return master;
+    return owner->fontMasterAtIndex(0);
+}
+
+void VLLayer::addShapeFast(const std::shared_ptr<VLShape>& shape)
+{
+    if (!shape) return;
+    shape->setParent(shared_from_this());
+    _shapes.push_back(shape);
+}
+
+void VLLayer::addShapes(const Shapes& shapes)
+{
+    for (const auto& shape : shapes) addShapeFast(shape);
+}
+
+void VLLayer::setShapesFast(Shapes shapes)
+{
+    if (shapes == _shapes) return;
+    for (const auto& shape : _shapes) shape->setParent(nullptr);
+    _shapes = std::move(shapes);
+    for (const auto& shape : _shapes) shape->setParent(shared_from_this());
+}
+
+std::shared_ptr<VLShape> VLLayer::objectInShapesAtIndex(size_t index) const
+{
+    return index < _shapes.size() ? _shapes[index] : nullptr;
+}
+
+long VLLayer::indexOfObjectInShapes(const VLShape* shape) const
+{
+    for (size_t i = 0; i < _shapes.size(); ++i)
+        if (_shapes[i].get() == shape) return static_cast<long>(i);
+    return -1;
+}
+
+long VLLayer::countOfPaths()
+{
+    std::lock_guard lock(_monitor);
+    if (_numberOfPaths < 0) {
+        _numberOfPaths = 0;
+        for (const auto& shape : _shapes) _numberOfPaths += shape->shapeType() == VLShape::VLShapeTypePath;
+    }
+    return _numberOfPaths;
+}
+
+long VLLayer::countOfComponents()
+{
+    std::lock_guard lock(_monitor);
+    if (_numberOfComponents < 0) {
+        _numberOfComponents = 0;
+        for (const auto& shape : _shapes)
+            _numberOfComponents += shape->shapeType() == VLShape::VLShapeTypeComponent;
+    }
+    return _numberOfComponents;
+}
+
+void VLLayer::_enumerateShapes_doPaths_doComponents_indexPath_usingBlock(const Shapes& shapes, bool doPaths,
+                                                                        bool doComponents,
+                                                                        std::vector<size_t>& indexPath,
+                                                                        const ShapeBlock& block, bool& stop)
+{
+    for (size_t i = 0; i < shapes.size() && !stop; ++i) {
+        uint16_t type = shapes[i]->shapeType();
+        bool wanted = (doPaths && type == VLShape::VLShapeTypePath) ||
+                      (doComponents && type == VLShape::VLShapeTypeComponent);
+        if (!wanted) continue;
+        indexPath.push_back(i);
+        block(shapes[i], indexPath, stop);
+        indexPath.pop_back();
+    }
+}
+
+void VLLayer::enumerateShapesUsingBlock(const ShapeBlock& block) const
+{
+    std::vector<size_t> indexPath;
+    bool stop = false;
+    _enumerateShapes_doPaths_doComponents_indexPath_usingBlock(_shapes, true, true, indexPath, block, stop);
+}
+
+void VLLayer::enumeratePathsUsingBlock(const ShapeBlock& block) const
+{
+    std::vector<size_t> indexPath;
+    bool stop = false;
+    _enumerateShapes_doPaths_doComponents_indexPath_usingBlock(_shapes, true, false, indexPath, block, stop);
+}
+
+void VLLayer::enumerateComponentsUsingBlock(const ShapeBlock& block) const
+{
+    std::vector<size_t> indexPath;
+    bool stop = false;
+    _enumerateShapes_doPaths_doComponents_indexPath_usingBlock(_shapes, false, true, indexPath, block, stop);
+}
+
+void VLLayer::setWidth(double width)
+{
+    if (auto owner = font()) {
+        double grid = owner->gridLength();
+        if (grid > 0.001) {
+            width = std::round(width / grid) * grid;
+            if (grid > 1.0) width = std::round(width);
+        }
+    }
+    if (std::fabs(width - _width) < 0.0001) return;
+    if (width < 0) width = 0;
+    if (_RSB < 999999) _RSB += width - _width;
+    setNeedUpdateShapes();
+    _width = width;
+}
+
+bool VLLayer::visible() const
+{
+    if (_associatedMasterId == _layerId)
+        if (auto master = associatedFontMasterFast()) return master->visible();
+    return _visible;
+}
+
+void VLLayer::setVisible(bool visible)
+{
+    if (_associatedMasterId == _layerId)
+        if (auto master = associatedFontMasterFast()) return master->setVisible(visible);
+    _visible = visible;
+}
+
+void VLLayer::setColorIndex(int64_t index)
+{
+    _colorIndex = VLNormalizedColorIndex(index);
+    _color.reset();
+}
+
+void VLLayer::setColor(const Color& color)
+{
+    _color = color;
+    _colorIndex = VLColorIndexNone;
+}
+
+void VLLayer::setUserData_forKey(const Value& value, const std::string& key)
+{
+    VLSetUserData(_userData, value, key);
+}
+
+void VLLayer::setDisableUpdates(bool disable)
+{
+    if (disable) {
+        _hasDisabledUpdates = false;
+        _disableUpdates = true;
+        return;
+    }
+    if (_disableUpdates) {
+        _disableUpdates = false;
+        setNeedUpdateMetrics();
+        // Nothing listens to announcements here, so re-announcing the held keys is only emptying them.
+        if (_hasDisabledUpdates) _changedKeys.clear();
+    }
+    _hasDisabledUpdates = false;
+    _ignoreUpdates = false;
+}
+
+void VLLayer::ignoreUpdates()
+{
+    _disableUpdates = true;
+    _ignoreUpdates = true;
+    _changedKeys.clear();
+}
+
+void VLLayer::enableFutureUpdates()
+{
+    _disableUpdates = false;
+    _ignoreUpdates = false;
+    _isUpdatingMetrics = false;
+    _isAligning = false;
+    _changedKeys.clear();
+}
+
+void VLLayer::setNeedUpdateShapes()
+{
+    std::lock_guard lock(_monitor);
+    _bezierPath.reset();
+    _drawBezierPath.reset();
+    _numberOfPaths = -1;
+    _numberOfComponents = -1;
+    _lastUpdate = VLAbsoluteTimeGetCurrent();
+}
+
+void VLLayer::setNeedUpdateMetrics()
+{
+    _LSB = VLUnsetValue;
+    _RSB = VLUnsetValue;
+    _TSB = VLUnsetValue;
+    _BSB = VLUnsetValue;
+    _isUpdatingMetrics = false;
+    _isAligning = false;
+}
+
+std::shared_ptr<VLLayer> VLLayer::copyThin(bool thin) const
+{
+    std::lock_guard lock(_monitor);
+    auto copy = VLLayer::init();
+    copy->ignoreUpdates();
+    copy->_name = _name;
+    Shapes shapes;
+    for (const auto& shape : _shapes) shapes.push_back(shape->copy());
+    copy->addShapes(shapes);
+    copy->_layerId = _layerId;
+    copy->_associatedMasterId = _associatedMasterId;
+    copy->_width = _width;
+    copy->_vertWidth = _vertWidth;
+    copy->_vertOrigin = _vertOrigin;
+    copy->_RSB = _RSB;
+    copy->_LSB = _LSB;
+    copy->_isAligning = _isAligning;
+    copy->_colorIndex = _colorIndex;
+    if (_colorIndex >= 12 && !thin) copy->_color = _color;
+    return copy;
+}

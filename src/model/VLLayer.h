@@ -1,0 +1,151 @@
+#pragma once
+
+#include "model/VLColorIndex.h"
+#include "model/VLContainer.h"
+#include "model/VLUnsetValue.h"
+#include "platform/Color.h"
+#include "platform/Value.h"
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+class BezierPath;
+class VLFontMaster;
+
+// One drawing of a glyph, for one master or one special purpose.
+class VLLayer : public VLContainer, public std::enable_shared_from_this<VLLayer> {
+public:
+    using Shapes = std::vector<std::shared_ptr<VLShape>>;
+    using ShapeBlock = std::function<void(const std::shared_ptr<VLShape>& shape, const std::vector<size_t>& indexPath,
+                                          bool& stop)>;
+
+    static std::shared_ptr<VLLayer> init();
+    ~VLLayer() override;
+
+    // Navigation.
+    std::shared_ptr<VLLayer> layer() const override { return std::const_pointer_cast<VLLayer>(shared_from_this()); }
+    std::shared_ptr<VLGlyph> glyph() const override { return _glyph.lock(); }
+    std::shared_ptr<VLFont> font() const override;
+    // Changes of shapes don't reach the caches: writers call setNeedUpdateShapes themselves.
+    void elementDidChange(VLShape*) override {}
+    std::shared_ptr<VLGlyph> parent() const { return glyph(); }
+    void setParent(const std::shared_ptr<VLGlyph>& glyph) { _glyph = glyph; }
+
+    // Identity.
+    const std::string& name() const { return _name; }
+    void setName(const std::string& name) { _name = name; }
+    const std::string& layerId() const { return _layerId; }
+    void setLayerId(const std::string& layerId) { _layerId = layerId; }
+    const std::string& associatedMasterId() const { return _associatedMasterId; }
+    void setAssociatedMasterId(const std::string& masterId) { _associatedMasterId = masterId; }
+    bool isMasterLayer() const { return !_layerId.empty() && _layerId == _associatedMasterId; }
+    // The font's master of associatedMasterId; the Fast form has no fallback to the first master.
+    std::shared_ptr<VLFontMaster> associatedFontMaster() const;
+    std::shared_ptr<VLFontMaster> associatedFontMasterFast() const;
+
+    // Shapes.
+    const Shapes& shapes() const { return _shapes; }
+    void addShape(const std::shared_ptr<VLShape>& shape) { addShapeFast(shape); }
+    void addShapeFast(const std::shared_ptr<VLShape>& shape);
+    void addShapes(const Shapes& shapes);
+    void setShapes(Shapes shapes) { setShapesFast(std::move(shapes)); }
+    void setShapesFast(Shapes shapes);
+    std::shared_ptr<VLShape> objectInShapesAtIndex(size_t index) const;
+    size_t countOfShapes() const { return _shapes.size(); }
+    long indexOfObjectInShapes(const VLShape* shape) const;
+    // Top-level paths and components, counted once and cached.
+    long countOfPaths();
+    long countOfComponents();
+    void enumerateShapesUsingBlock(const ShapeBlock& block) const;
+    void enumeratePathsUsingBlock(const ShapeBlock& block) const;
+    void enumerateComponentsUsingBlock(const ShapeBlock& block) const;
+    static void _enumerateShapes_doPaths_doComponents_indexPath_usingBlock(const Shapes& shapes, bool doPaths,
+                                                                          bool doComponents,
+                                                                          std::vector<size_t>& indexPath,
+                                                                          const ShapeBlock& block, bool& stop);
+
+    // Metrics.
+    double width() const { return _width; }
+    void setWidth(double width);
+    double LSB() const { return _LSB; }
+    double RSB() const { return _RSB; }
+    void setRSB(double rsb) { _RSB = rsb; }
+
+    bool visible() const;
+    void setVisible(bool visible);
+
+    uint8_t colorIndex() const { return _colorIndex; }
+    void setColorIndex(int64_t index);
+    const std::optional<Color>& color() const { return _color; }
+    void setColor(const Color& color);
+
+    const ValueDictionary& userData() const { return _userData; }
+    void setUserData_forKey(const Value& value, const std::string& key);
+
+    // Update states: normal, disabled (keys are collected), ignoring (new copies).
+    void stopUpdates() { setDisableUpdates(true); }
+    void startUpdates() { setDisableUpdates(false); }
+    void setDisableUpdates(bool disable);
+    void ignoreUpdates();
+    void enableFutureUpdates();
+    bool isIgnoringUpdates() const { return _ignoreUpdates; }
+    bool updatesDisabled() const { return _disableUpdates; }
+
+    // Cache flushes.
+    void setNeedUpdateShapes();
+    void setNeedUpdateMetrics();
+    // Seconds since 2001-01-01 of the last flush of the outline caches.
+    double lastUpdate() const { return _lastUpdate; }
+
+    // Outlines. bezierPath is the layer's own closed outline and must not be changed by the
+    // caller; drawBezierPath hands out a new path with the components added.
+    std::shared_ptr<BezierPath> bezierPath() const { return _bezierPath; }
+    void setBezierPath(std::shared_ptr<BezierPath> path) { _bezierPath = std::move(path); }
+    std::shared_ptr<BezierPath> drawBezierPath();
+
+    // A copy in ignoring state; the colour comes along only when it is not a palette index and
+    // the copy is not thin.
+    std::shared_ptr<VLLayer> copyThin(bool thin) const;
+
+private:
+    void _updateDrawBezierPaths();
+
+    std::string _name;
+    Shapes _shapes;
+    ValueDictionary _userData;
+    std::weak_ptr<VLGlyph> _glyph;
+    std::shared_ptr<BezierPath> _bezierPath;
+    std::shared_ptr<BezierPath> _drawBezierPath;
+    bool _hasPaths = false;
+    long _numberOfPaths = -1;
+    long _numberOfComponents = -1;
+    std::string _layerId;
+    std::string _associatedMasterId;
+    bool _disableUpdates = false;
+    bool _ignoreUpdates = false;
+    bool _hasDisabledUpdates = false;
+    std::set<std::string> _changedKeys;
+    bool _isUpdatingMetrics = false;
+    bool _isAligning = false;
+    bool _visible = false;
+    double _LSB = VLUnsetValue;
+    double _RSB = VLUnsetValue;
+    double _width = 600;
+    double _TSB = VLUnsetValue;
+    double _BSB = VLUnsetValue;
+    double _vertWidth = -1.0;
+    double _vertOrigin = VLUnsetValue;
+    std::optional<Color> _color;
+    uint8_t _colorIndex = VLColorIndexNone;
+    double _lastUpdate = 0.0;
+    mutable std::recursive_mutex _monitor;
+};
+
+// Seconds since 2001-01-01, the platform's reference date, with sub-second precision.
+double VLAbsoluteTimeGetCurrent();

@@ -1,0 +1,130 @@
+#include "model/VLShape.h"
+
+#include "model/VLLayer.h"
+#include "platform/VLException.h"
+
+#include <cmath>
+
+namespace {
+
+// Coordinates this far out come from broken data; 21 keeps the shape visible near the origin.
+double guardCoordinate(double v)
+{
+    return std::fabs(v) > 32000.0 ? 21.0 : v;
+}
+
+Point guardPoint(Point p)
+{
+    return {guardCoordinate(p.x), guardCoordinate(p.y)};
+}
+
+double roundToStep(double v, double grid)
+{
+    double rounded = std::round((v + 0.0000001) / grid) * grid;
+    return grid > 1.0 ? std::round(rounded) : rounded;
+}
+
+Point roundPoint(Point p, double grid)
+{
+    return {roundToStep(p.x, grid), roundToStep(p.y, grid)};
+}
+
+} // namespace
+
+VLShape::VLShape(const VLShape& other)
+    : std::enable_shared_from_this<VLShape>(),
+      _parent(other._parent),
+      _attributes(other._attributes),
+      _locked(other._locked),
+      _position(other._position),
+      _positionPrecise(other._positionPrecise)
+{
+}
+
+uint16_t VLShape::shapeType() const
+{
+    VLException::raiseNotImplemented(__LINE__, "-[VLShape shapeType]");
+}
+
+std::shared_ptr<VLShape> VLShape::copy() const
+{
+    VLException::raiseNotImplemented(__LINE__, "-[VLShape copyWithZone:]");
+}
+
+std::shared_ptr<VLLayer> VLShape::layer() const
+{
+    auto container = parent();
+    return container ? container->layer() : nullptr;
+}
+
+std::shared_ptr<VLGlyph> VLShape::glyph() const
+{
+    auto owner = layer();
+    return owner ? owner->glyph() : nullptr;
+}
+
+std::shared_ptr<VLFont> VLShape::font() const
+{
+    auto owner = layer();
+    return owner ? owner->font() : nullptr;
+}
+
+void VLShape::tellParent()
+{
+    if (auto container = parent()) container->elementDidChange(this);
+}
+
+void VLShape::setLocked(bool locked)
+{
+    _locked = locked;
+    tellParent();
+}
+
+Value VLShape::attributeForKey(const std::string& key) const
+{
+    auto it = _attributes.find(key);
+    return it == _attributes.end() ? Value() : it->second;
+}
+
+void VLShape::removeAttributeForKey(const std::string& key)
+{
+    _attributes.erase(key);
+}
+
+Value VLShape::tempDataForKey(const std::string& key) const
+{
+    auto it = _tempData.find(key);
+    return it == _tempData.end() ? Value() : it->second;
+}
+
+void VLShape::setTempData_forKey(const Value& value, const std::string& key)
+{
+    if (value.isNull())
+        _tempData.erase(key);
+    else
+        _tempData[key] = value;
+}
+
+void VLShape::setPositionFast(Point p)
+{
+    Point guarded = guardPoint(p);
+    _position = guarded;
+    _positionPrecise = guarded;
+}
+
+void VLShape::setPositionFast_round(Point p, double grid)
+{
+    Point guarded = guardPoint(p);
+    _positionPrecise = guarded;
+    _position = grid > 0.001 ? roundPoint(guarded, grid) : guarded;
+}
+
+void VLShape::roundToGrid(double grid)
+{
+    setPosition(grid >= 0.001 ? roundPoint(position(), grid) : position());
+}
+
+void VLShape::roundToGridFast(double grid)
+{
+    setPositionFast(grid >= 0.001 ? roundPoint(position(), grid) : position());
+}

@@ -1,0 +1,63 @@
+#pragma once
+
+#include "model/VLContainer.h"
+#include "platform/Geometry.h"
+#include "platform/Value.h"
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+// A drawable element of a layer: a path or a component. Operations that only a concrete kind can
+// answer raise "VLNotImplemented" here.
+class VLShape : public std::enable_shared_from_this<VLShape> {
+public:
+    static constexpr uint16_t VLShapeTypePath = 2;
+    static constexpr uint16_t VLShapeTypeComponent = 4;
+    static constexpr uint16_t VLShapeTypeGroup = 8;
+
+    virtual ~VLShape() = default;
+
+    virtual uint16_t shapeType() const;
+    virtual std::shared_ptr<VLShape> copy() const;
+    virtual Rect bounds() const { return Rect(); }
+
+    // Navigation: the layer is the parent or the parent's layer.
+    std::shared_ptr<VLContainer> parent() const { return _parent.lock(); }
+    void setParent(const std::shared_ptr<VLContainer>& parent) { _parent = parent; }
+    std::shared_ptr<VLLayer> layer() const;
+    std::shared_ptr<VLGlyph> glyph() const;
+    std::shared_ptr<VLFont> font() const;
+
+    bool locked() const { return _locked; }
+    void setLocked(bool locked);
+
+    const ValueDictionary& attributes() const { return _attributes; }
+    Value attributeForKey(const std::string& key) const;
+    void removeAttributeForKey(const std::string& key);
+
+    Value tempDataForKey(const std::string& key) const;
+    void setTempData_forKey(const Value& value, const std::string& key);
+
+    // Positions. The plain setter writes position only; the guarded forms replace a coordinate
+    // beyond 32000 by 21 and keep the unrounded value in positionPrecise.
+    virtual Point position() const { return _position; }
+    void setPosition(Point p) { _position = p; }
+    virtual Point positionPrecise() const { return _positionPrecise; }
+    void setPositionFast(Point p);
+    void setPositionFast_round(Point p, double grid);
+    void roundToGrid(double grid);
+    void roundToGridFast(double grid);
+
+protected:
+    VLShape() = default;
+    VLShape(const VLShape& other);
+    void tellParent();
+
+    std::weak_ptr<VLContainer> _parent;
+    ValueDictionary _attributes;
+    bool _locked = false;
+    Point _position;
+    Point _positionPrecise;
+    ValueDictionary _tempData;
+};

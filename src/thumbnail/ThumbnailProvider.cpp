@@ -1,0 +1,56 @@
+#include "thumbnail/ThumbnailProvider.h"
+
+#include "model/VLFont.h"
+#include "platform/AffineTransform.h"
+#include "platform/Log.h"
+#include "platform/VLException.h"
+#include "thumbnail/VLFontLoader.h"
+
+#include <algorithm>
+
+namespace {
+
+VLError replyError(long code, std::map<std::string, std::string> userInfo = {})
+{
+    return VLError::errorWithDomain_code_userInfo(ThumbnailProvider::replyErrorDomain, code, std::move(userInfo));
+}
+
+// The picture keeps its aspect and stands in the context's corner; it is not centred.
+double scaleToFit(Size canvas, Size maximumSize)
+{
+    return std::min(maximumSize.width / canvas.width, maximumSize.height / canvas.height);
+}
+
+} // namespace
+
+void ThumbnailProvider::provideThumbnailForFileRequest_completionHandler(const ThumbnailRequest& request,
+                                                                        const ThumbnailCompletionHandler& handler) const
+{
+    try {
+        auto loader = std::make_shared<VLFontLoader>();
+        if (!loader->importFontFromURL(request.fileURL()) || loader->font()->countOfGlyphs() == 0) {
+            handler(nullptr, replyError(errorCodeUnreadable));
+            return;
+        }
+        Size canvas = loader->layoutThumbnail();
+        if (canvas.width <= VLFontLoader::narrowestAcceptedCanvas) {
+            handler(nullptr, replyError(errorCodeNothingToShow));
+            return;
+        }
+        // The block keeps the loader, and with it the mapped document, until it has run.
+        Size maximumSize = request.maximumSize();
+        auto block = [loader, maximumSize, canvas] {
+            AffineTransform transform = AffineTransform::transform();
+            transform.scaleBy(scaleToFit(canvas, maximumSize));
+            transform.concat();
+            return loader->drawThumbnail();
+        };
+        auto reply = ThumbnailReply::replyWithContextSize_currentContextDrawingBlock(maximumSize, block);
+        double scale = scaleToFit(canvas, maximumSize);
+        reply->setCoveredSize({scale * canvas.width, scale * canvas.height});
+        handler(reply, std::nullopt);
+    } catch (const VLException& exception) {
+        VLLog("__exception " + exception.description());
+        handler(nullptr, replyError(errorCodeUnreadable, {{VLError::localizedDescriptionKey, exception.reason()}}));
+    }
+}
