@@ -1,0 +1,206 @@
+#include "model/VLFont.h"
+#include "model/VLGlyph.h"
+#include "model/VLLayer.h"
+#include "model/VLUnsetValue.h"
+#include "platform/BezierPath.h"
+#include "platform/VLException.h"
+#include "support/TestShapes.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+struct LayerInFont {
+    std::shared_ptr<VLFont> font = VLFont::init();
+    std::shared_ptr<VLGlyph> glyph = VLGlyph::initFast();
+    std::shared_ptr<VLLayer> layer;
+
+    LayerInFont()
+    {
+        glyph->setNameFast("A");
+        font->setGlyphs({glyph});
+        layer = glyph->layerForId("m01");
+    }
+};
+
+std::shared_ptr<TestShape> shape(uint16_t type)
+{
+    return std::make_shared<TestShape>(type);
+}
+
+} // namespace
+
+TEST(Layer, WidthIsGridRoundedNeverNegativeAndMovesTheRightSideBearing)
+{
+    LayerInFont f;
+    f.layer->setWidth(-5);
+    EXPECT_EQ(f.layer->width(), 0);
+
+    f.layer->setRSB(50);
+    f.layer->setWidth(100.4);
+    EXPECT_EQ(f.layer->width(), 100) << "grid 1 rounds to whole units";
+    EXPECT_EQ(f.layer->RSB(), 150);
+
+    f.font->setGridMain(0);
+    f.layer->setWidth(100.4);
+    EXPECT_DOUBLE_EQ(f.layer->width(), 100.4);
+
+    f.font->setGridMain(5);
+    f.layer->setWidth(12.5);
+    EXPECT_EQ(f.layer->width(), 15) << "half of a grid step rounds away from zero";
+}
+
+TEST(Layer, WidthChangeFlushesTheOutlineCaches)
+{
+    LayerInFont f;
+    auto path = BezierPath::bezierPath();
+    path->moveToPoint({0, 0});
+    path->lineToPoint({10, 0});
+    path->lineToPoint({10, 10});
+    path->closePath();
+    f.layer->setBezierPath(path);
+    EXPECT_EQ(f.layer->drawBezierPath()->elementCount(), path->elementCount());
+
+    f.layer->setWidth(f.layer->width());
+    EXPECT_NE(f.layer->bezierPath(), nullptr) << "an unchanged width changes nothing";
+    f.layer->setWidth(700);
+    EXPECT_EQ(f.layer->bezierPath(), nullptr);
+    EXPECT_GT(f.layer->lastUpdate(), 0);
+    EXPECT_EQ(f.layer->drawBezierPath()->elementCount(), 0) << "a layer without outline draws an empty path";
+}
+
+TEST(Layer, ShapesGetTheirParentAndCountsAreCached)
+{
+    LayerInFont f;
+    auto path = shape(VLShape::VLShapeTypePath);
+    auto component = shape(VLShape::VLShapeTypeComponent);
+    f.layer->addShapes({path, component, shape(VLShape::VLShapeTypePath)});
+    f.layer->addShapeFast(nullptr);
+    EXPECT_EQ(f.layer->countOfShapes(), 3u);
+    EXPECT_EQ(path->layer(), f.layer);
+    EXPECT_EQ(path->glyph(), f.glyph);
+    EXPECT_EQ(path->font(), f.font);
+    EXPECT_EQ(f.layer->countOfPaths(), 2);
+    EXPECT_EQ(f.layer->countOfComponents(), 1);
+    EXPECT_EQ(f.layer->objectInShapesAtIndex(3), nullptr);
+    EXPECT_EQ(f.layer->indexOfObjectInShapes(component.get()), 1);
+
+    std::vector<std::vector<size_t>> visited;
+    f.layer->enumeratePathsUsingBlock([&](const auto&, const auto& indexPath, bool&) { visited.push_back(indexPath); });
+    EXPECT_EQ(visited, (std::vector<std::vector<size_t>>{{0}, {2}}));
+
+    f.layer->setShapes({component});
+    EXPECT_EQ(path->parent(), nullptr) << "a replaced shape lets go of the layer";
+    EXPECT_EQ(f.layer->countOfPaths(), 2) << "the count stays cached until the shapes are flushed";
+    f.layer->setNeedUpdateShapes();
+    EXPECT_EQ(f.layer->countOfPaths(), 0);
+}
+
+TEST(Layer, VisibilityOfMasterLayersIsTheMasters)
+{
+    LayerInFont f;
+    f.layer->setVisible(true);
+    EXPECT_TRUE(f.font->fontMasterAtIndex(0)->visible());
+    auto special = VLLayer::init();
+    f.glyph->setLayer_forId(special, "brace");
+    special->setVisible(true);
+    EXPECT_TRUE(special->visible());
+    f.font->fontMasterAtIndex(0)->setVisible(false);
+    EXPECT_FALSE(f.layer->visible());
+    EXPECT_TRUE(special->visible());
+}
+
+TEST(Layer, UpdateStates)
+{
+    auto layer = VLLayer::init();
+    layer->ignoreUpdates();
+    EXPECT_TRUE(layer->isIgnoringUpdates());
+    EXPECT_TRUE(layer->updatesDisabled());
+    layer->startUpdates();
+    EXPECT_FALSE(layer->isIgnoringUpdates());
+    EXPECT_FALSE(layer->updatesDisabled());
+    EXPECT_EQ(layer->LSB(), VLUnsetValue);
+}
+
+TEST(Layer, ThinCopiesLeaveTheFreeColourBehind)
+{
+    LayerInFont f;
+    f.layer->setColor(Color::colorWithCalibratedWhite_alpha(0.2, 1));
+    f.layer->addShapeFast(shape(VLShape::VLShapeTypePath));
+    f.layer->setWidth(432);
+
+    auto thick = f.layer->copyThin(false);
+    EXPECT_TRUE(thick->isIgnoringUpdates());
+    EXPECT_EQ(thick->width(), 432);
+    EXPECT_EQ(thick->layerId(), "m01");
+    EXPECT_TRUE(thick->color());
+    ASSERT_EQ(thick->countOfShapes(), 1u);
+    EXPECT_NE(thick->shapes()[0], f.layer->shapes()[0]) << "shapes are copied, not shared";
+    EXPECT_EQ(thick->shapes()[0]->layer(), thick);
+    EXPECT_FALSE(f.layer->copyThin(true)->color());
+}
+
+TEST(Shape, CoordinatesBeyondTheGuardBecome21)
+{
+    TestShape s(VLShape::VLShapeTypePath);
+    s.setPositionFast({32000.5, 10});
+    EXPECT_EQ(s.position(), (Point{21, 10}));
+    s.setPositionFast({32000, -40000});
+    EXPECT_EQ(s.position(), (Point{32000, 21}));
+    EXPECT_EQ(s.positionPrecise(), (Point{32000, 21}));
+}
+
+TEST(Shape, RoundedPositionsKeepThePreciseValue)
+{
+    TestShape s(VLShape::VLShapeTypePath);
+    s.setPositionFast_round({10.4, 0}, 1);
+    EXPECT_EQ(s.position(), (Point{10, 0}));
+    EXPECT_EQ(s.positionPrecise(), (Point{10.4, 0}));
+    s.setPositionFast_round({10.4, 0}, 0);
+    EXPECT_EQ(s.position(), (Point{10.4, 0}));
+
+    s.setPositionFast_round({7.3, -2.5}, 0.5);
+    EXPECT_EQ(s.position(), (Point{7.5, -2.5}));
+    s.setPositionFast_round({7, 0}, 4);
+    EXPECT_EQ(s.position(), (Point{8, 0}));
+
+    s.setPosition({3.6, 0});
+    s.roundToGridFast(1);
+    EXPECT_EQ(s.positionPrecise(), (Point{4, 0}));
+}
+
+TEST(Shape, OrientationPlacesRelativeToTheLayerWidth)
+{
+    LayerInFont f;
+    f.layer->setWidth(500);
+    auto s = shape(VLShape::VLShapeTypePath);
+    f.layer->addShapeFast(s);
+    s->setPositionFast({10, 20});
+    s->setOrientation(3);
+    EXPECT_EQ(s->orientation(), 0);
+    s->setOrientation(VLElement::OrientationRight);
+    EXPECT_EQ(s->position(), (Point{510, 20}));
+    EXPECT_EQ(s->positionPrecise(), (Point{510, 20}));
+    s->setOrientation(VLElement::OrientationCenter);
+    EXPECT_EQ(s->position(), (Point{260, 20}));
+    EXPECT_EQ(s->positionPrecise(), (Point{10, 20})) << "centred precise positions are the stored value";
+
+    s->setOrientation(VLElement::OrientationLeft);
+    s->setPosition({15, 20});
+    EXPECT_EQ(s->positionPrecise(), (Point{15, 20})) << "a precise value drifted by more than 1.2 is replaced";
+}
+
+TEST(Shape, AbstractOperationsRaise)
+{
+    struct Bare : VLShape {};
+    Bare bare;
+    try {
+        bare.shapeType();
+        FAIL() << "expected VLNotImplemented";
+    } catch (const VLException& e) {
+        EXPECT_EQ(e.name(), "VLNotImplemented");
+        EXPECT_NE(e.reason().find("-[VLShape shapeType]"), std::string::npos);
+    }
+    EXPECT_THROW(bare.copy(), VLException);
+    EXPECT_EQ(bare.bounds(), Rect());
+}

@@ -1,0 +1,249 @@
+#include "model/VLFont.h"
+#include "model/VLFontMaster.h"
+#include "model/VLGlyph.h"
+#include "model/VLLayer.h"
+#include "platform/BezierPath.h"
+#include "platform/GraphicsContext.h"
+#include "platform/VLException.h"
+#include "thumbnail/VLFontLoader.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+std::shared_ptr<BezierPath> box(double x0, double y0, double x1, double y1)
+{
+    auto path = BezierPath::bezierPath();
+    path->moveToPoint({x0, y0});
+    path->lineToPoint({x1, y0});
+    path->lineToPoint({x1, y1});
+    path->lineToPoint({x0, y1});
+    path->closePath();
+    return path;
+}
+
+// A font built in memory: masters with ascender 800 and descender -200, glyphs with one layer
+// per master of the given width and outline.
+struct Font {
+    std::shared_ptr<VLFont> font = VLFont::init();
+
+    explicit Font(size_t masters = 1)
+    {
+        for (size_t i = 1; i < masters; ++i) {
+            auto master = VLFontMaster::initFast();
+            master->setId("m0" + std::to_string(i + 1));
+            font->addFontMaster(master);
+        }
+        for (const auto& master : font->fontMasters()) {
+            master->setDefaultAscender(800);
+            master->setDefaultDescender(-200);
+        }
+    }
+
+    std::shared_ptr<VLGlyph> add(const std::string& name, std::vector<double> widths,
+                                 std::shared_ptr<BezierPath> outline = nullptr, const std::string& category = "")
+    {
+        auto glyph = VLGlyph::initFast();
+        glyph->setNameFast(name);
+        glyph->setCategory(category);
+        font->addGlyphFast(glyph);
+        for (size_t i = 0; i < widths.size(); ++i) {
+            auto layer = glyph->layerForId(font->fontMasters()[i]->id());
+            layer->setWidth(widths[i]);
+            if (outline) layer->setBezierPath(outline);
+        }
+        return glyph;
+    }
+
+    VLFontLoader loader() const
+    {
+        VLFontLoader loader;
+        loader.setFont(font);
+        return loader;
+    }
+};
+
+std::vector<std::string> names(const std::vector<std::shared_ptr<VLGlyph>>& glyphs)
+{
+    std::vector<std::string> result;
+    for (const auto& glyph : glyphs) result.push_back(glyph->name());
+    return result;
+}
+
+} // namespace
+
+TEST(Layout, NamedSamplesComeFirstInOrder)
+{
+    Font f;
+    f.add("g", {500});
+    f.add("x", {300});
+    f.add("A", {600});
+    auto loader = f.loader();
+    Size size = loader.layoutThumbnail();
+    EXPECT_EQ(names(loader.cachedGlyphs()), (std::vector<std::string>{"A", "g"}));
+    EXPECT_EQ(size.width, 100 + 600 + 500 + 100);
+    EXPECT_EQ(size.height, 800 + 200 + 200);
+    EXPECT_EQ(loader.canvasSize(), size);
+}
+
+TEST(Layout, FallbackSearchGoesDownFromTheMiddleAndSkipsMarks)
+{
+    {
+        Font f;
+        f.add("a", {100});
+        f.add("g", {100});
+        f.add("acute", {100}, nullptr, "Mark");
+        f.add("b", {100});
+        auto loader = f.loader();
+        loader.layoutThumbnail();
+        // Four glyphs start at index 2, a mark, and go down to "g", which is chosen twice.
+        EXPECT_EQ(names(loader.cachedGlyphs()), (std::vector<std::string>{"g", "g"}));
+    }
+    {
+        Font f;
+        f.add("a", {100});
+        f.add("b", {100});
+        f.add("c", {100});
+        auto loader = f.loader();
+        loader.layoutThumbnail();
+        EXPECT_EQ(names(loader.cachedGlyphs()), (std::vector<std::string>{"c", "b"}));
+    }
+}
+
+TEST(Layout, AFontOfOneGlyphRaisesInTheFallbackSearch)
+{
+    Font f;
+    f.add("A", {600});
+    auto loader = f.loader();
+    EXPECT_THROW(loader.layoutThumbnail(), VLException);
+}
+
+TEST(Layout, TooWideAndEmptySamples)
+{
+    {
+        Font f(2);
+        f.add("A", {600, 100001});
+        f.add("g", {500, 500});
+        auto loader = f.loader();
+        EXPECT_EQ(loader.layoutThumbnail(), (Size{0, 0}));
+        EXPECT_EQ(loader.canvasSize(), (Size{0, 0})) << "the canvas is left as it was";
+    }
+    {
+        Font f;
+        f.add("A", {0});
+        f.add("g", {0});
+        auto loader = f.loader();
+        EXPECT_EQ(loader.layoutThumbnail().width, 200.0);
+    }
+}
+
+TEST(GlyphThumbnail, WidthsOfMasters)
+{
+    Font f(2);
+    auto wide = f.add("A", {40000, 40000});
+    EXPECT_EQ(wide->width(), 7232) << "the 16-bit running total wraps";
+    EXPECT_EQ(wide->maxWidth(), 40000);
+
+    auto uneven = f.add("g", {300, 500});
+    EXPECT_EQ(uneven->width(), 400);
+    EXPECT_EQ(uneven->maxWidth(), 500);
+
+    auto special = VLLayer::init();
+    uneven->setLayer_forId(special, "brace");
+    special->setWidth(9000);
+    EXPECT_EQ(uneven->maxWidth(), 500) << "only master layers count";
+
+    auto empty = VLGlyph::initFast();
+    f.font->addGlyphFast(empty);
+    EXPECT_EQ(empty->maxWidth(), 0.0);
+    EXPECT_EQ(empty->bezierPath(), nullptr);
+}
+
+TEST(GlyphThumbnail, CompatibleMastersAverageElementByElementWithoutCloses)
+{
+    Font f(2);
+    auto glyph = f.add("A", {600, 600});
+    glyph->layerForId("m01")->setBezierPath(box(0, 0, 100, 100));
+    glyph->layerForId("m02")->setBezierPath(box(0, 0, 300, 500));
+
+    auto mean = glyph->bezierPath();
+    ASSERT_NE(mean, nullptr);
+    EXPECT_EQ(mean->elementCount(), 5) << "four points; the close and its trailing move become one move";
+    for (long e = 0; e < mean->elementCount(); ++e)
+        EXPECT_NE(mean->elementAtIndex(e), BezierPathElement::ClosePath);
+    Point p[3];
+    mean->elementAtIndex_associatedPoints(2, p);
+    EXPECT_EQ(p[0], (Point{200, 300}));
+
+    glyph->removeLayerForId("m02");
+    auto alone = glyph->bezierPath();
+    ASSERT_NE(alone, nullptr) << "a master without layer is left out of the mean";
+    alone->elementAtIndex_associatedPoints(2, p);
+    EXPECT_EQ(p[0], (Point{100, 100}));
+}
+
+TEST(GlyphThumbnail, ShorterMasterOutlineGivesNoMean)
+{
+    Font f(2);
+    auto glyph = f.add("A", {600, 600});
+    glyph->layerForId("m01")->setBezierPath(box(0, 0, 100, 100));
+    auto triangle = BezierPath::bezierPath();
+    triangle->moveToPoint({0, 0});
+    triangle->lineToPoint({10, 0});
+    glyph->layerForId("m02")->setBezierPath(triangle);
+    EXPECT_EQ(glyph->bezierPath(), nullptr);
+}
+
+TEST(Drawing, SamplesStandOnTheBaselineFirstFlushRight)
+{
+    Font f;
+    f.add("A", {600}, box(0, 0, 600, 700));
+    f.add("g", {400}, box(0, 0, 400, 500));
+    auto loader = f.loader();
+    Size canvas = loader.layoutThumbnail();
+    ASSERT_EQ(canvas, (Size{1200, 1200}));
+
+    GraphicsContext context(120, 120);
+    GraphicsContext::Current current(context);
+    AffineTransform scale;
+    scale.scaleBy(0.1);
+    scale.concat();
+    EXPECT_TRUE(loader.drawThumbnail());
+    // Baseline at 100 - descender = 300 units; "A" spans x 100..700, "g" 700..1100.
+    EXPECT_EQ(context.pixelAt(40, 50)[3], 255) << "inside A";
+    EXPECT_EQ(context.pixelAt(90, 50)[3], 255) << "inside g";
+    EXPECT_EQ(context.pixelAt(90, 90)[3], 0) << "above g";
+    EXPECT_EQ(context.pixelAt(40, 25)[3], 0) << "below the baseline";
+    EXPECT_EQ(context.pixelAt(5, 50)[3], 0) << "left margin";
+}
+
+TEST(Drawing, MastersAreOverlaidInATint)
+{
+    Font f(2);
+    auto a = f.add("A", {600, 600});
+    a->layerForId("m01")->setBezierPath(box(0, 0, 300, 700));
+    a->layerForId("m02")->setBezierPath(box(0, 0, 500, 700));
+    f.add("g", {400, 400}, box(0, 0, 400, 500));
+    auto loader = f.loader();
+    loader.layoutThumbnail();
+
+    GraphicsContext context(1200, 1200);
+    GraphicsContext::Current current(context);
+    EXPECT_TRUE(loader.drawThumbnail());
+    auto onlyWideMaster = context.pixelAt(100 + 450, 600);
+    EXPECT_GT(onlyWideMaster[3], 0);
+    EXPECT_LT(onlyWideMaster[3], 128) << "covered by one tinted overlay only";
+    EXPECT_EQ(context.pixelAt(100 + 100, 600)[3], 255) << "inside the black mean";
+}
+
+TEST(Drawing, NothingDrawnWhenNoOutlineHasThreeElements)
+{
+    Font f;
+    f.add("A", {600});
+    f.add("g", {400});
+    auto loader = f.loader();
+    loader.layoutThumbnail();
+    GraphicsContext context(10, 10);
+    GraphicsContext::Current current(context);
+    EXPECT_FALSE(loader.drawThumbnail());
+}
