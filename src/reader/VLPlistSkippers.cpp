@@ -62,6 +62,16 @@ bool skipEntryAfterKey(VLPlistParseInfo* info)
     return false;
 }
 
+// The content and the "}", with `curr` behind the "{".
+bool skipDictBody(VLPlistParseInfo* info)
+{
+    if (!skipPlistDictContent(info)) return false;
+    skipLineSpace(info);
+    if (atEnd(info)) return false;
+    ++info->curr; // the "}", which well-formed text has here
+    return true;
+}
+
 } // namespace
 
 bool skipPlistQuotedString(VLPlistParseInfo* info)
@@ -102,7 +112,7 @@ bool skipPlistValue(VLPlistParseInfo* info)
     case '"':
     case '\'': ++info->curr; return skipPlistQuotedString(info);
     case '(': ++info->curr; return skipPlistArrayContent(info);
-    case '{': ++info->curr; return skipPlistDictContent(info);
+    case '{': ++info->curr; return skipDictBody(info);
     case '<': ++info->curr; return skipData(info);
     default: return skipUnquoted(info);
     }
@@ -152,11 +162,7 @@ bool skipPlistDict(VLPlistParseInfo* info)
 {
     if (!skipPlistSpace(info) || *info->curr != '{') return false;
     ++info->curr;
-    if (!skipPlistDictContent(info)) return false;
-    skipLineSpace(info);
-    if (atEnd(info)) return false;
-    ++info->curr; // the "}", which well-formed text has here
-    return true;
+    return skipDictBody(info);
 }
 
 bool skipPlistStringValue(VLPlistParseInfo* info)
