@@ -1,12 +1,18 @@
 #include "platform/StringFormat.h"
 
-#include <cstdarg>
 #include <cstdio>
 
 std::string stringWithFormat(const char* format, ...)
 {
     va_list args;
     va_start(args, format);
+    std::string result = stringWithFormatArguments(format, args);
+    va_end(args);
+    return result;
+}
+
+std::string stringWithFormatArguments(const char* format, va_list args)
+{
     va_list measure;
     va_copy(measure, args);
     int length = std::vsnprintf(nullptr, 0, format, measure);
@@ -16,6 +22,5 @@ std::string stringWithFormat(const char* format, ...)
         result.resize(static_cast<size_t>(length));
         std::vsnprintf(result.data(), result.size() + 1, format, args);
     }
-    va_end(args);
     return result;
 }

@@ -1,0 +1,63 @@
+#pragma once
+
+#include "platform/VLError.h"
+#include "reader/VLPlistMapping.h"
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <unordered_set>
+
+// Equal escaped strings share one buffer; the set is keyed by content.
+struct VLPlistStringHash {
+    size_t operator()(const std::shared_ptr<const std::string>& s) const { return std::hash<std::string>()(*s); }
+};
+struct VLPlistStringEqual {
+    bool operator()(const std::shared_ptr<const std::string>& a, const std::shared_ptr<const std::string>& b) const
+    {
+        return *a == *b;
+    }
+};
+using VLPlistStringSet = std::unordered_set<std::shared_ptr<const std::string>, VLPlistStringHash, VLPlistStringEqual>;
+
+// The scanner's state over one document held in memory.
+//
+// The bytes from `begin` to `end` are not terminated, but at least one page of zero bytes follows
+// `end`: code may look a byte or two past `end`, and any loop that stops at a zero byte stops
+// within the region. Copies share the region and the string set; the region lives until the last
+// copy is closed or destroyed.
+struct VLPlistParseInfo {
+    const uint8_t* curr = nullptr;
+    const uint8_t* end = nullptr;
+    const uint8_t* begin = nullptr; // null once closed
+    // The text stands inside another string, so quotes and backslashes carry a further backslash.
+    bool inQuotedString = false;
+    // An unquoted dictionary key stays a string even if it looks like a number.
+    bool forceStringKeys = false;
+    std::optional<VLError> error;
+    // 1 while reading a dictionary the caller wants mutable; 2 is not supported.
+    uint64_t mutabilityOption = 0;
+    const char* fileName = nullptr;
+    std::shared_ptr<VLPlistStringSet> stringSet;
+    VLPlistMapping mapping;
+};
+
+// Maps the file read-only. On failure `info->error` holds a file error (code 3842).
+bool openPlistParseInfo(const char* path, VLPlistParseInfo* info);
+// The same state over a copy of the bytes, of any length.
+bool openPlistParseInfoWithBytes(const void* bytes, size_t length, VLPlistParseInfo* info);
+// Releases this info's share of the region and of the string set; nothing when already closed.
+void closePlistParseInfo(VLPlistParseInfo* info);
+
+// Line of `position`, counted from 1; CR, LF and CR LF each end a line.
+int plistLineNumber(const uint8_t* position, const uint8_t* begin);
+
+// Sets `info->error` to a syntax error (code 3840) that says on which line `curr` stands.
+void reportPlistError(VLPlistParseInfo* info, const char* format, ...) __attribute__((format(printf, 2, 3)));
+// An error of the text format's domain with the message as its recovery suggestion.
+VLError makePlistFileError(long code, const char* format, ...) __attribute__((format(printf, 2, 3)));
+
+inline constexpr const char* VLPlistErrorDomain = "CFErrorDomain";
+inline constexpr long VLPlistSyntaxErrorCode = 3840;
+inline constexpr long VLPlistFileErrorCode = 3842;
