@@ -15,7 +15,10 @@ std::shared_ptr<VLFont> VLFont::init()
     return font;
 }
 
-VLFont::~VLFont() = default;
+VLFont::~VLFont()
+{
+    closePlistParseInfo(&_pInfo);
+}
 
 void VLFont::setGlyphs(std::vector<std::shared_ptr<VLGlyph>> glyphs)
 {

@@ -2,6 +2,7 @@
 
 #include "model/VLContainer.h"
 #include "platform/Value.h"
+#include "reader/VLPlistParseInfo.h"
 
 #include <cstdint>
 #include <map>
@@ -26,6 +27,12 @@ public:
 
     // Reads a document in any of its storage forms and finishes it; null on failure.
     static std::shared_ptr<VLFont> initWithURL_error(const std::string& path, VLError* error);
+    // The streaming route over the text form and packages, without the post-read pass.
+    static std::shared_ptr<VLFont> initWithVelmorFileAtPath_error(const std::string& path, VLError* error);
+    // Reads the font-level keys from the parse info, which stands behind the opening brace.
+    bool readWithVelmorParser(VLPlistParseInfo* info);
+    // Applies the document's "settings" dictionary; keys that are absent leave their field.
+    void readSettings(const Value& settings);
 
     // Navigation.
     std::shared_ptr<VLLayer> layer() const override { return nullptr; }
@@ -97,6 +104,18 @@ public:
     void setStoredFormatVersion(uint8_t v) { _storedFormatVersion = v; }
     const std::string& appVersion() const { return _appVersion; }
     void setAppVersion(const std::string& v) { _appVersion = v; }
+    const std::string& storedFileType() const { return _storedFileType; }
+    void setStoredFileType(const std::string& v) { _storedFileType = v; }
+    double keyboardIncrement() const { return _keyboardIncrement; }
+    void setKeyboardIncrement(double v) { _keyboardIncrement = v; }
+    double keyboardIncrementBig() const { return _keyboardIncrementBig; }
+    void setKeyboardIncrementBig(double v) { _keyboardIncrementBig = v; }
+    double keyboardIncrementHuge() const { return _keyboardIncrementHuge; }
+    void setKeyboardIncrementHuge(double v) { _keyboardIncrementHuge = v; }
+    bool previewRemoveOverlap() const { return _previewRemoveOverlap; }
+    void setPreviewRemoveOverlap(bool v) { _previewRemoveOverlap = v; }
+    bool snapToObjects() const { return _snapToObjects; }
+    void setSnapToObjects(bool v) { _snapToObjects = v; }
     int8_t fontType() const { return _fontType; }
     void setFontType(int8_t type) { _fontType = type; }
     static std::string fontTypeKeyForType(int8_t type);
@@ -116,6 +135,7 @@ public:
     bool isUpdateInterfaceEnabled() const { return !_disabledChanges; }
 
 private:
+
     std::vector<std::shared_ptr<VLGlyph>> _glyphs;
     std::vector<std::string> _glyphFiles;
     uint32_t _unitsPerEm = 1000;
@@ -125,6 +145,11 @@ private:
     ValueDictionary _userData;
     uint32_t _gridMain = 1;
     uint32_t _gridSubDivision = 1;
+    double _keyboardIncrement = 1.0;
+    double _keyboardIncrementBig = 10.0;
+    double _keyboardIncrementHuge = 100.0;
+    bool _previewRemoveOverlap = true;
+    bool _snapToObjects = true;
     bool _disablesNiceNames = false;
     bool _disablesAutomaticAlignment = false;
     bool _keepAlternatesTogether = false;
@@ -132,11 +157,14 @@ private:
     bool _disabledChanges = false;
     std::optional<std::set<std::string>> _disabledChangeKeys;
     std::string _fontName;
+    // Keeps the document text mapped: glyphs read their layers from it on demand.
+    VLPlistParseInfo _pInfo;
     std::optional<ValueDictionary> _tempData;
     uint8_t _formatVersion = 3;
     int8_t _fontType = FontTypeDefault;
     uint8_t _storedFormatVersion = 0;
     std::string _appVersion;
+    std::string _storedFileType;
     std::vector<std::shared_ptr<VLFontMaster>> _importedFontMasters;
     std::vector<std::shared_ptr<VLFont>> _importedFonts;
 };

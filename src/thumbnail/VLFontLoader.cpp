@@ -40,7 +40,7 @@ bool VLFontLoader::importFontFromURL(const std::string& path)
         VLError error;
         auto font = VLFont::initWithURL_error(path, &error);
         if (!font) {
-            VLLog("Error while reading the document. " + error.description());
+            VLLog("Error while reading the document. " + (error.domain.empty() ? "(null)" : error.description()));
             return false;
         }
         _font = std::move(font);
