@@ -1,4 +1,4 @@
-#include "PlistTestSupport.h"
+#include "support/PlistTestSupport.h"
 #include "platform/VLException.h"
 #include "reader/VLPlistParser.h"
 

@@ -1,4 +1,4 @@
-#include "PlistTestSupport.h"
+#include "support/PlistTestSupport.h"
 #include "reader/VLPlistParser.h"
 #include "reader/VLPlistSkippers.h"
 

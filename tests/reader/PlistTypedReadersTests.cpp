@@ -1,4 +1,4 @@
-#include "PlistTestSupport.h"
+#include "support/PlistTestSupport.h"
 #include "model/VLUnsetValue.h"
 #include "reader/VLPlistTypedReaders.h"
 

@@ -40,7 +40,7 @@ struct TemporaryFile {
 
     explicit TemporaryFile(std::string_view content)
     {
-        char name[] = "/tmp/velmor-scanner-XXXXXX";
+        char name[] = "/tmp/velmor-test-XXXXXX";
         int fd = mkstemp(name);
         path = name;
         std::ofstream(path, std::ios::binary).write(content.data(), static_cast<std::streamsize>(content.size()));
