@@ -15,6 +15,11 @@ skip() {
   exit 77
 }
 
+fail() {
+  echo "FAILED: $*"
+  exit 1
+}
+
 tumblerd=$(compgen -G '/usr/lib/*/tumbler-1/tumblerd' | head -n 1 || true)
 [ -n "$tumblerd" ] || skip "the thumbnail service tumbler is not installed (scripts/install-deps.sh installs it)"
 for tool in dbus-run-session update-mime-database; do
@@ -30,7 +35,7 @@ trap 'rm -rf "$tmp"' EXIT
 prefix=$tmp/prefix
 cmake --install "$build" --prefix "$prefix" >/dev/null
 
-mkdir "$tmp/documents" "$tmp/home" "$tmp/config" "$tmp/cache"
+mkdir "$tmp/documents" "$tmp/probe" "$tmp/home" "$tmp/config" "$tmp/cache"
 case $kind in
   unreadable)
     document=$tmp/documents/Broken.velmor
@@ -41,16 +46,25 @@ case $kind in
     document=$tmp/documents/Sample.velmor
     cp "$here/data/Sample.velmor" "$document"
     expected=Ready
-    if [ "${VELMOR_REQUIRE_PICTURE:-0}" != 1 ]; then
-      "$prefix/bin/velmor-thumbnailer" -s 128 "$document" "$tmp/probe.png" 2>/dev/null ||
-        skip "the command can't render this document yet (exit status $?)"
-    fi
     ;;
   *)
-    echo "unknown case $kind" >&2
-    exit 64
+    fail "unknown case $kind"
     ;;
 esac
+
+# First the command alone, as a file browser's sandbox runs it: with no environment at all, and
+# leaving nothing beside its output.
+status=0
+env -i "$prefix/bin/velmor-thumbnailer" -s 128 "$document" "$tmp/probe/out.png" 2>"$tmp/probe.log" || status=$?
+left=$(ls -A "$tmp/probe")
+if [ $expected = Error ]; then
+  [ $status -ne 0 ] && [ -z "$left" ] || fail "the command answered $status and left '$left' for an unreadable document"
+elif [ $status -ne 0 ]; then
+  [ "${VELMOR_REQUIRE_PICTURE:-0}" = 1 ] || skip "the command can't render this document yet (exit status $status)"
+  fail "the command can't render $document (exit status $status): $(cat "$tmp/probe.log")"
+else
+  [ "$left" = out.png ] || fail "the command left more than its output: $left"
+fi
 
 # Nothing of the user's home, configuration, cache or data may take part.
 export HOME="$tmp/home" XDG_CONFIG_HOME="$tmp/config" XDG_CACHE_HOME="$tmp/cache"
