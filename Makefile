@@ -35,3 +35,21 @@ bench-run: bench
 
 clean:
 	rm -rf build
+
+# Desktop integration: `make install` (PREFIX, DESTDIR) and `make uninstall`.
+PREFIX ?= /usr/local
+MIME_DIR = $(DESTDIR)$(PREFIX)/share/mime
+# Uninstall goes by this list rather than the build's manifest, so that it needs no build and
+# acts on the PREFIX and DESTDIR it is given.
+INSTALLED_FILES = bin/velmor-thumbnailer share/thumbnailers/velmor.thumbnailer share/mime/packages/velmor-source.xml
+UPDATE_MIME = if command -v update-mime-database >/dev/null && [ -d "$(MIME_DIR)/packages" ]; then update-mime-database "$(MIME_DIR)"; fi
+
+.PHONY: install uninstall
+
+install: release
+	DESTDIR="$(DESTDIR)" cmake --install $(RELEASE_DIR) --prefix "$(PREFIX)"
+	$(UPDATE_MIME)
+
+uninstall:
+	rm -f $(addprefix "$(DESTDIR)$(PREFIX)/,$(addsuffix ",$(INSTALLED_FILES)))
+	$(UPDATE_MIME)
