@@ -128,13 +128,8 @@ int render(const ThumbnailReply& reply, const Options& options)
     return exitCannotWrite;
 }
 
-} // namespace
-
-int main(int argc, char** argv)
+int thumbnail(const Options& options)
 {
-    Options options;
-    if (int status = parseOptions(argc, argv, options); status >= 0) return status;
-
     double side = static_cast<double>(options.size);
     ThumbnailRequest request(options.input, {side, side});
     int status = 1;
@@ -149,4 +144,20 @@ int main(int argc, char** argv)
             status = static_cast<int>(error->code);
         });
     return status;
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    Options options;
+    if (int status = parseOptions(argc, argv, options); status >= 0) return status;
+    // What the service does not catch (an exception of the drawing block, memory running out under
+    // a file browser's limit) still ends as a failed request, never as an abort.
+    try {
+        return thumbnail(options);
+    } catch (const std::exception& exception) {
+        std::fprintf(stderr, "velmor-thumbnailer: %s\n", exception.what());
+        return 1;
+    }
 }
