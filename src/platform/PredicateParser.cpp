@@ -27,7 +27,7 @@ struct Token {
 
 bool isIdentifierStart(char c)
 {
-    return std::isalpha(static_cast<unsigned char>(c)) || c == '_' || c == '$' || static_cast<unsigned char>(c) >= 0x80;
+    return std::isalpha(static_cast<unsigned char>(c)) || c == '_' || static_cast<unsigned char>(c) >= 0x80;
 }
 
 bool isIdentifierCharacter(char c)
@@ -75,7 +75,10 @@ private:
         token.kind = Token::Kind::String;
         for (++_position; _position < _text.size() && _text[_position] != quote; ++_position) {
             char c = _text[_position];
-            if (c == '\\' && ++_position < _text.size()) c = unescaped(_text[_position]);
+            if (c == '\\') {
+                if (++_position == _text.size()) break;
+                c = unescaped(_text[_position]);
+            }
             token.text += c;
         }
         if (_position == _text.size()) throw SyntaxError();

@@ -190,11 +190,11 @@ TEST(PredicateTest, MalformedTextIsRejected)
 {
     for (const char* format :
          {"", "   ", "(name == 'a'", "name == 'a')", "name === 'a'", "name ~ 'a'", "name EQUALS 'a'",
-          "name == 'a", "name == \"a\\\"", "name == 'a' garbage", "name == 'a' AND", "AND name == 'a'",
+          "name == 'a", "name == \"a\\\"", "name == 'a\\", "name == 'a' garbage", "name == 'a' AND", "AND name == 'a'",
           "name", "name ==", "== 'a'", "name == 'a' 'b'", "name BETWEEN {1}", "name BETWEEN 1",
           "name ==[x] 'a'", "name ==[c 'a'", "in == 1", "name == 0x", "name == 1.2.3", "name == 12abc",
           "name == 1e999", "name == {1, 2", "name == {1,}", "a. == 1", "# == 1", "ANY == 1", "NOT", "()",
-          "name MATCHES '('", "name == 'a' @"}) {
+          "name MATCHES '('", "name == 'a' @", "name == $variable"}) {
         expectRejected(format);
     }
 }
