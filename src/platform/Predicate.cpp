@@ -5,6 +5,7 @@
 #include <array>
 #include <cctype>
 #include <charconv>
+#include <cmath>
 
 namespace {
 
@@ -29,7 +30,7 @@ std::optional<int> order(const Value& a, const Value& b, const PredicateOptions&
     if (a.isNumber() && b.isNumber()) {
         if (a.isReal() || b.isReal()) {
             double x = a.doubleValue(), y = b.doubleValue();
-            if (x != x || y != y) return std::nullopt;
+            if (std::isnan(x) || std::isnan(y)) return std::nullopt;
             return threeWay(x, y);
         }
         return threeWay(a.integerValue(), b.integerValue());
