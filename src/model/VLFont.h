@@ -12,8 +12,11 @@
 #include <string>
 #include <vector>
 
+class VLAxis;
 class VLFontMaster;
 class VLGlyph;
+class VLInstance;
+class VLMetric;
 struct VLError;
 
 // One document: glyphs, masters and the font-wide settings that drawing needs.
@@ -31,6 +34,8 @@ public:
     static std::shared_ptr<VLFont> initWithVelmorFileAtPath_error(const std::string& path, VLError* error);
     // Reads the font-level keys from the parse info, which stands behind the opening brace.
     bool readWithVelmorParser(VLPlistParseInfo* info);
+    // Reads the ".glyph" files of a package's glyph folder in parallel, sorted by glyphId.
+    bool readGlyphFiles_format_error(const std::string& folder, uint8_t format, VLError* error);
     // Applies the document's "settings" dictionary; keys that are absent leave their field.
     void readSettings(const Value& settings);
 
@@ -75,6 +80,35 @@ public:
     void setImportedFontMasters(std::vector<std::shared_ptr<VLFontMaster>> masters) { _importedFontMasters = std::move(masters); }
     const std::vector<std::shared_ptr<VLFont>>& importedFonts() const { return _importedFonts; }
     void setImportedFonts(std::vector<std::shared_ptr<VLFont>> fonts) { _importedFonts = std::move(fonts); }
+
+    // Axes and instances.
+    const std::vector<std::shared_ptr<VLAxis>>& axes() const { return _axes; }
+    void setAxes(std::vector<std::shared_ptr<VLAxis>> axes);
+    void addAxis(const std::shared_ptr<VLAxis>& axis);
+    size_t countOfAxes() const { return _axes.size(); }
+    std::shared_ptr<VLAxis> objectInAxesAtIndex(size_t index) const;
+    std::shared_ptr<VLAxis> axisForId(const std::string& axisId) const;
+    std::shared_ptr<VLAxis> axisForName(const std::string& name) const;
+    std::shared_ptr<VLAxis> axisForTag(const std::string& tag) const;
+    const std::vector<std::shared_ptr<VLInstance>>& instances() const { return _instances; }
+    void setInstances(std::vector<std::shared_ptr<VLInstance>> instances) { _instances = std::move(instances); }
+
+    // Metric definitions; each master holds its values under their ids.
+    using Metrics = std::vector<std::shared_ptr<VLMetric>>;
+    const Metrics& metrics() const { return _metrics; }
+    void setMetrics(Metrics metrics);
+    void addMetric(const std::shared_ptr<VLMetric>& metric);
+    std::shared_ptr<VLMetric> objectInMetricsWithName(const std::string& name) const;
+    std::shared_ptr<VLMetric> objectInMetricsWithType_withName_filter(uint8_t type, const std::optional<std::string>& name,
+                                                                      const std::optional<std::string>& filter) const;
+    const Metrics& stems() const { return _stems; }
+    void setStems(Metrics stems);
+    std::shared_ptr<VLMetric> stemForId(const std::string& metricId) const;
+    std::shared_ptr<VLMetric> stemForName(const std::string& name) const;
+    const Metrics& numbers() const { return _numbers; }
+    void setNumbers(Metrics numbers);
+    std::shared_ptr<VLMetric> numberForId(const std::string& metricId) const;
+    std::shared_ptr<VLMetric> numberForName(const std::string& name) const;
 
     // Settings.
     uint32_t unitsPerEm() const { return _unitsPerEm; }
@@ -135,6 +169,8 @@ public:
     bool isUpdateInterfaceEnabled() const { return !_disabledChanges; }
 
 private:
+    bool readPackageGlyphs(const std::string& folder, VLError* error);
+    static std::shared_ptr<VLFont> initWithPropertyListAtPath_error(const std::string& path, VLError* error);
 
     std::vector<std::shared_ptr<VLGlyph>> _glyphs;
     std::vector<std::string> _glyphFiles;
@@ -166,5 +202,10 @@ private:
     std::string _appVersion;
     std::string _storedFileType;
     std::vector<std::shared_ptr<VLFontMaster>> _importedFontMasters;
+    std::vector<std::shared_ptr<VLAxis>> _axes;
+    std::vector<std::shared_ptr<VLInstance>> _instances;
+    Metrics _metrics;
+    Metrics _stems;
+    Metrics _numbers;
     std::vector<std::shared_ptr<VLFont>> _importedFonts;
 };

@@ -4,10 +4,16 @@
 #include "platform/Value.h"
 
 #include <cstdint>
+#include <map>
 #include <memory>
+#include <optional>
 #include <string>
 
 class VLFont;
+class VLLayer;
+struct VLPlistParseInfo;
+class VLMetric;
+class VLMetricValue;
 
 // One master of a font: a location in the design space with its own metrics.
 class VLFontMaster {
@@ -16,6 +22,9 @@ public:
     static std::shared_ptr<VLFontMaster> init();
     // A master for the readers: every field empty, metrics not yet computed.
     static std::shared_ptr<VLFontMaster> initFast();
+    // Reads a master record; the parse info stands behind its opening brace.
+    static std::shared_ptr<VLFontMaster> initWithVelmorParser_format(VLPlistParseInfo* info, uint8_t format);
+    static constexpr const char* className = "VLFontMaster";
 
     const std::string& id() const { return _id; }
     void setId(const std::string& id) { _id = id; }
@@ -31,23 +40,65 @@ public:
     const ValueDictionary& userData() const { return _userData; }
     void setUserData_forKey(const Value& value, const std::string& key);
 
-    // Cached vertical metrics; VLUnsetValue until computed.
-    double defaultAscender() const { return _ascender; }
-    void setDefaultAscender(double v) { _ascender = v; }
-    double defaultDescender() const { return _descender; }
-    void setDefaultDescender(double v) { _descender = v; }
-    double defaultCapHeight() const { return _capHeight; }
-    void setDefaultCapHeight(double v) { _capHeight = v; }
-    double defaultXHeight() const { return _xHeight; }
-    void setDefaultXHeight(double v) { _xHeight = v; }
-    double defaultItalicAngle() const { return _italicAngle; }
-    void setDefaultItalicAngle(double v) { _italicAngle = v; }
+    const std::string& iconName() const { return _iconName; }
+    void setIconName(const std::string& name) { _iconName = name; }
+
+    // Metric values under the ids of the font's metrics.
+    using Values = std::map<std::string, std::shared_ptr<VLMetricValue>, std::less<>>;
+    const Values& metricValues() const { return _metricValues; }
+    std::shared_ptr<VLMetricValue> metricValueForId(const std::string& metricId) const;
+    void setMetricValue_forId(std::shared_ptr<VLMetricValue> value, const std::string& metricId);
+    void setMetricValue_forId_notify(std::shared_ptr<VLMetricValue> value, const std::string& metricId, bool notify);
+    // The value of the metric, made empty when missing.
+    std::shared_ptr<VLMetricValue> valueForMetric(const VLMetric& metric);
+    // The position for the layer's glyph: a matching filtered metric first, else the plain one.
+    double metricForType_layer(uint8_t type, const VLLayer* layer) const;
+    std::shared_ptr<VLMetricValue> metricValueForType_layer(uint8_t type, const VLLayer* layer) const;
+    // The first filterless metric of the type; a body height falls back to the ascender.
+    double defaultMetricForType(uint8_t type) const;
+    std::shared_ptr<VLMetricValue> defaultMetricValueForType(uint8_t type) const;
+
+    // Cached vertical metrics, computed from the metrics on first use.
+    double defaultAscender();
+    double defaultDescender();
+    double defaultCapHeight();
+    double defaultXHeight();
+    double defaultItalicAngle();
+    void setDefaultAscender(double v);
+    void setDefaultDescender(double v);
+    void setDefaultCapHeight(double v);
+    void setDefaultXHeight(double v);
+    void setDefaultItalicAngle(double v);
+    void setDefaultMetric_forType(double position, uint8_t type);
+    void setDefaultMetric_overshoot_forType(double position, double overshoot, uint8_t type);
+    void setNeedsUpdateCachedVerticalMetrics();
+    double ascenderForLayer(const VLLayer* layer);
+    double descenderForLayer(const VLLayer* layer);
+
+    // Location, by axis id.
+    const Values& axesValues() const { return _axesValues; }
+    double axisValueValueForId(const std::string& axisId) const;
+    void setAxisValueValue_forId(double value, const std::string& axisId);
+    void setAxisValue_forId(std::shared_ptr<VLMetricValue> value, const std::string& axisId);
+
+    // Raw values kept between reading and the post-read pass, when the font's axes and metrics are known.
+    const std::optional<ValueDictionary>& readBuffer() const { return _readBuffer; }
+    void setReadBuffer_forKey(const Value& value, const std::string& key);
+    void loadReadBuffer();
+    void _readMetric_withFilter_fromBuffer(uint8_t type, const std::optional<std::string>& filter, const std::string& key);
 
     bool visible() const { return _visible; }
     void setVisible(bool visible) { _visible = visible; }
 
 private:
+    void _updateCachedVerticalMetrics();
+    double cachedMetric(double& field);
+
     std::string _id;
+    std::string _iconName;
+    Values _metricValues;
+    Values _axesValues;
+    std::optional<ValueDictionary> _readBuffer;
     std::string _name;
     VLFont* _font = nullptr;
     ValueDictionary _userData;

@@ -3,6 +3,7 @@
 #include "model/VLFont.h"
 #include "model/VLFontMaster.h"
 #include "model/VLLayer.h"
+#include "model/VLPartProperty.h"
 #include "model/VLUserData.h"
 #include "platform/StringFormat.h"
 #include "platform/UUID.h"
@@ -125,6 +126,7 @@ bool VLGlyph::isCornerName(const std::string& name)
 
 bool VLGlyph::isSmartGlyph() const
 {
+    if (!_partsSettings.empty()) return true;
     if (_subCategory == "Smart") return true;
     if (startsWith(_name, "_part") || startsWith(_name, "_smart")) return true;
     if (_script == "hangul" && unicodeChar() < 44032) return true;

@@ -3,7 +3,9 @@
 #include "model/VLColorIndex.h"
 #include "model/VLOrderedDictionary.h"
 #include "platform/Color.h"
+#include "platform/Predicate.h"
 #include "platform/Value.h"
+#include "reader/VLPlistParseInfo.h"
 
 #include <cstdint>
 #include <memory>
@@ -14,9 +16,10 @@
 class BezierPath;
 class VLFont;
 class VLLayer;
+class VLPartProperty;
 
 // One glyph: its identity and its layers, which are read from the document on first need.
-class VLGlyph : public std::enable_shared_from_this<VLGlyph> {
+class VLGlyph : public std::enable_shared_from_this<VLGlyph>, public PredicateSubject {
 public:
     using Layers = VLOrderedDictionary<std::shared_ptr<VLLayer>>;
 
@@ -24,7 +27,13 @@ public:
     static std::shared_ptr<VLGlyph> init();
     // A glyph for the readers: no name, its own address as id.
     static std::shared_ptr<VLGlyph> initFast();
-    ~VLGlyph();
+    ~VLGlyph() override;
+    // The first pass over a glyph record: its own keys, with the layers only noted for later.
+    // The parse info stands behind the opening brace and must outlive the glyph's layer read.
+    static std::shared_ptr<VLGlyph> initWithVelmorParser_format(VLPlistParseInfo* info, uint8_t format);
+    // A glyph file of a package; the glyph keeps the file's parse state for its layers.
+    static std::shared_ptr<VLGlyph> initWithFile_format_error(const std::string& path, uint8_t format, VLError* error);
+    static constexpr const char* className = "VLGlyph";
 
     // Navigation.
     std::shared_ptr<VLFont> parent() const { return _parent.lock(); }
@@ -60,6 +69,14 @@ public:
     void setSubCategory(const std::string& v) { _subCategory = v; }
     const std::string& production() const { return _production; }
     void setProduction(const std::string& v) { _production = v; }
+    // Letter case: 0 none, 1 upper, 2 lower, 3 small capital, 4 minor, 5 other.
+    uint8_t glyphCase() const { return _case; }
+    void setGlyphCase(uint8_t v) { _case = v; }
+    // Writing direction: 0 bidirectional, 1 left to right, 2 right to left, 3 and 4 vertical.
+    uint8_t direction() const { return _direction; }
+    void setDirection(uint8_t v) { _direction = v; }
+    static uint8_t caseFromString(const std::string& text);
+    static uint8_t directionFromString(const std::string& text);
     bool exportGlyph() const { return _export; }
     void setExport(bool v) { _export = v; }
     // Whether the document states the value explicitly.
@@ -81,6 +98,13 @@ public:
     static bool isCornerName(const std::string& name);
     bool isCornerGlyph() const { return isCornerName(_name); }
     bool isSmartGlyph() const;
+
+    // Part axes of a smart glyph.
+    const std::vector<std::shared_ptr<VLPartProperty>>& partsSettings() const { return _partsSettings; }
+    void setPartsSettings(std::vector<std::shared_ptr<VLPartProperty>> settings) { _partsSettings = std::move(settings); }
+
+    // The glyph's properties by name, for the filters of metrics.
+    Value valueForKeyPath(const std::string& keyPath) const override;
 
     // Colour marker.
     uint8_t colorIndex() const { return _colorIndex; }
@@ -144,4 +168,13 @@ private:
     uint64_t _glyphId = 0;
     std::string _id;
     double _lastOperationInterval = 0.0;
+    uint8_t _case = 0;
+    uint8_t _direction = 0;
+    std::vector<std::shared_ptr<VLPartProperty>> _partsSettings;
+    // Where the unread "layers" value lies in the document text; null once read or when absent.
+    const uint8_t* _fileStart = nullptr;
+    const uint8_t* _fileEnd = nullptr;
+    // The state to read the layers with: the font's, or _pInfoStore for a glyph of its own file.
+    VLPlistParseInfo* _pInfo = nullptr;
+    VLPlistParseInfo _pInfoStore;
 };

@@ -51,6 +51,7 @@ public:
 private:
     int _width;
     int _height;
+    bool _collapsed = false;
     cairo_surface_t* _surface;
     cairo_t* _cairo;
 };

@@ -1,10 +1,16 @@
+#include "model/VLAxis.h"
 #include "model/VLFont.h"
+#include "model/VLFontMaster.h"
+#include "model/VLGlyph.h"
+#include "model/VLInstance.h"
+#include "model/VLMetric.h"
 #include "reader/VLPlistLexical.h"
 #include "reader/VLPlistParser.h"
 #include "reader/VLPlistRecordReading.h"
+#include "reader/VLPlistRecords.h"
 #include "reader/VLPlistSkippers.h"
 
-#include <cstdlib>
+#include <cstdio>
 
 namespace {
 
@@ -15,16 +21,54 @@ KeyResult handled(bool ok)
     return ok ? KeyResult::Handled : KeyResult::Failed;
 }
 
-// Record lists whose records the font does not keep yet: read with the generic parser, so that a
-// malformed list still fails with its line number, and dropped.
-KeyResult parseAndDrop(VLPlistParseInfo* info)
-{
-    return handled(!parsePlistArray(info).isNull());
-}
-
 double orDefault(double value, double fallback)
 {
     return value < 0.001 ? fallback : value;
+}
+
+KeyResult readAxes(VLFont& font, VLPlistParseInfo* info)
+{
+    auto axes = readPlistObjects<VLAxis>(info, font.formatVersion());
+    if (!axes) return KeyResult::Failed;
+    char axisId[16];
+    for (size_t i = 0; i < axes->size(); ++i) {
+        std::snprintf(axisId, sizeof axisId, "a%.2d", static_cast<int>(i + 1));
+        (*axes)[i]->setAxisId(axisId);
+    }
+    font.setAxes(std::move(*axes));
+    return KeyResult::Handled;
+}
+
+KeyResult readMasters(VLFont& font, VLPlistParseInfo* info)
+{
+    auto masters = readPlistObjects<VLFontMaster>(info, font.formatVersion());
+    if (!masters || masters->empty()) return KeyResult::Failed;
+    font.setFontMasters(std::move(*masters));
+    return KeyResult::Handled;
+}
+
+// Metrics, stems and numbers share the metric record.
+template <typename Setter> KeyResult readMetrics(VLFont& font, VLPlistParseInfo* info, Setter setter)
+{
+    auto metrics = readPlistObjects<VLMetric>(info, font.formatVersion());
+    if (!metrics) return KeyResult::Failed;
+    (font.*setter)(std::move(*metrics));
+    return KeyResult::Handled;
+}
+
+KeyResult readGlyphs(VLFont& font, VLPlistParseInfo* info)
+{
+    auto glyphs = readPlistObjects<VLGlyph>(info, font.formatVersion());
+    if (!glyphs) return KeyResult::Failed;
+    font.setGlyphs(std::move(*glyphs));
+    return KeyResult::Handled;
+}
+
+KeyResult readInstances(VLFont& font, VLPlistParseInfo* info)
+{
+    if (auto instances = readPlistObjects<VLInstance>(info, font.formatVersion(), &font))
+        font.setInstances(std::move(*instances));
+    return KeyResult::Handled;
 }
 
 uint64_t versionNumber(int64_t value)
@@ -83,12 +127,12 @@ static KeyResult readFontKey(VLFont& font, VLPlistParseInfo* info)
         if (matchKey(info, "DisplayStrings")) return handled(skipPlistArray(info));
         break;
     case 'a':
-        if (matchKey(info, "axes")) return parseAndDrop(info);
+        if (matchKey(info, "axes")) return readAxes(font, info);
         break;
     case 'c':
         if (matchKey(info, "classes")) return handled(skipPlistArray(info));
         if (matchKey(info, "copyright")) return handled(skipPlistStringValue(info));
-        if (matchKey(info, "customParameters")) return parseAndDrop(info);
+        if (matchKey(info, "customParameters")) return handled(!parsePlistArray(info).isNull());
         break;
     case 'd':
         if (matchKey(info, "date")) return handled(skipPlistStringValue(info));
@@ -107,18 +151,18 @@ static KeyResult readFontKey(VLFont& font, VLPlistParseInfo* info)
             if (name.isNull()) return KeyResult::Failed;
             return font.setFontName(name.string()), KeyResult::Handled;
         }
-        if (matchKey(info, "fontMaster")) return parseAndDrop(info);
+        if (matchKey(info, "fontMaster")) return readMasters(font, info);
         if (matchKey(info, "featurePrefixes") || matchKey(info, "features")) return handled(skipPlistArray(info));
         break;
     case 'g':
-        if (matchKey(info, "glyphs")) return parseAndDrop(info);
+        if (matchKey(info, "glyphs")) return readGlyphs(font, info);
         if (matchKey(info, "gridLength"))
             return font.setGridMain(static_cast<uint32_t>(readPlistInteger(info))), KeyResult::Handled;
         if (matchKey(info, "gridSubDivision") || matchKey(info, "gridSubDevision"))
             return font.setGridSubDivision(static_cast<uint32_t>(readPlistInteger(info))), KeyResult::Handled;
         break;
     case 'i':
-        if (matchKey(info, "instances")) return parseAndDrop(info), KeyResult::Handled;
+        if (matchKey(info, "instances")) return readInstances(font, info);
         break;
     case 'k':
         if (matchKey(info, "kerningVertical") || matchKey(info, "kerningLTR") || matchKey(info, "kerningRTL") ||
@@ -134,12 +178,12 @@ static KeyResult readFontKey(VLFont& font, VLPlistParseInfo* info)
             return font.setKeyboardIncrement(orDefault(parsePlistDoubleValue(info), 1.0)), KeyResult::Handled;
         break;
     case 'm':
-        if (matchKey(info, "metrics")) return parseAndDrop(info);
+        if (matchKey(info, "metrics")) return readMetrics(font, info, &VLFont::setMetrics);
         if (matchKey(info, "manufacturerURL") || matchKey(info, "manufacturer"))
             return handled(skipPlistStringValue(info));
         break;
     case 'n':
-        if (matchKey(info, "numbers")) return parseAndDrop(info);
+        if (matchKey(info, "numbers")) return readMetrics(font, info, &VLFont::setNumbers);
         if (matchKey(info, "note")) return handled(skipPlistStringValue(info));
         break;
     case 'p':
@@ -151,7 +195,7 @@ static KeyResult readFontKey(VLFont& font, VLPlistParseInfo* info)
             if (settings.isNull()) return KeyResult::Failed;
             return font.readSettings(settings), KeyResult::Handled;
         }
-        if (matchKey(info, "stems")) return parseAndDrop(info);
+        if (matchKey(info, "stems")) return readMetrics(font, info, &VLFont::setStems);
         break;
     case 'u':
         if (matchKey(info, "userData")) return handled(skipPlistDict(info));

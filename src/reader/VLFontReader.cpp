@@ -1,5 +1,7 @@
 #include "model/VLFont.h"
 #include "platform/Log.h"
+#include "reader/VLPlistParseInfo.h"
+#include "reader/VLPropertyListFile.h"
 
 #include <cstdio>
 #include <sys/stat.h>
@@ -37,8 +39,8 @@ std::shared_ptr<VLFont> VLFont::initWithURL_error(const std::string& path, VLErr
         return nullptr;
     }
     int first = sniffFirstByte(folder ? path + "/fontinfo.plist" : path);
-    // Property lists in the platform's other forms have no reader yet.
-    if (first != '{') return nullptr;
+    if (first < 0) return nullptr;
+    if (first != '{') return folder ? nullptr : initWithPropertyListAtPath_error(path, error);
     auto font = initWithVelmorFileAtPath_error(path, error);
     if (!font) return nullptr;
     font->setTempData_forKey(Value(path), "filePath");
@@ -67,5 +69,32 @@ std::shared_ptr<VLFont> VLFont::initWithVelmorFileAtPath_error(const std::string
         if (info->error) handOut(error, *info->error);
         return nullptr;
     }
+    if (file != path && !font->readPackageGlyphs(path, error)) return nullptr;
     return font;
+}
+
+// The glyph order comes from "order.plist"; the glyphs themselves from one file each.
+bool VLFont::readPackageGlyphs(const std::string& folder, VLError* error)
+{
+    auto order = readPropertyListFile(folder + "/order.plist");
+    if (!order || !order->isArray() || order->count() == 0) return false;
+    std::vector<std::string> names;
+    for (const Value& name : order->array()) names.push_back(name.isString() ? name.string() : name.description());
+    setGlyphFiles(std::move(names));
+    return readGlyphFiles_format_error(folder + "/glyphs", _formatVersion, error);
+}
+
+std::shared_ptr<VLFont> VLFont::initWithPropertyListAtPath_error(const std::string& path, VLError* error)
+{
+    auto bytes = readFileBytes(path);
+    auto root = bytes ? parseBinaryOrXMLPropertyList(*bytes) : std::nullopt;
+    if (!root || !root->isDictionary()) {
+        handOut(error, VLError::errorWithDomain_code_userInfo(
+                           VLPlistErrorDomain, VLPlistSyntaxErrorCode,
+                           {{VLError::localizedDescriptionKey,
+                             "The data couldn’t be read because it isn’t in the correct format."}}));
+        return nullptr;
+    }
+    // Fonts are not yet built from the dictionary of this form.
+    return nullptr;
 }

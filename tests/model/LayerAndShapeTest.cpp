@@ -1,4 +1,5 @@
 #include "model/VLFont.h"
+#include "model/VLFontMaster.h"
 #include "model/VLGlyph.h"
 #include "model/VLLayer.h"
 #include "model/VLUnsetValue.h"

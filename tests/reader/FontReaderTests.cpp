@@ -125,6 +125,8 @@ TEST(FontReader, EveryPrefixOfADocumentEndsCleanly)
         VLError error;
         TemporaryFile file(std::string_view(document).substr(0, length));
         auto font = VLFont::initWithURL_error(file.path, &error);
-        if (length == document.size()) EXPECT_NE(font, nullptr);
+        if (length == document.size()) {
+            EXPECT_NE(font, nullptr);
+        }
     }
 }

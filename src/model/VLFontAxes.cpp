@@ -1,0 +1,41 @@
+#include "model/VLAxis.h"
+#include "model/VLFont.h"
+
+void VLFont::setAxes(std::vector<std::shared_ptr<VLAxis>> axes)
+{
+    _axes = std::move(axes);
+    for (const auto& axis : _axes) axis->setParent(shared_from_this());
+}
+
+void VLFont::addAxis(const std::shared_ptr<VLAxis>& axis)
+{
+    if (!axis) return;
+    axis->setParent(shared_from_this());
+    _axes.push_back(axis);
+}
+
+std::shared_ptr<VLAxis> VLFont::objectInAxesAtIndex(size_t index) const
+{
+    return index < _axes.size() ? _axes[index] : nullptr;
+}
+
+std::shared_ptr<VLAxis> VLFont::axisForId(const std::string& axisId) const
+{
+    for (const auto& axis : _axes)
+        if (axis->axisId() == axisId) return axis;
+    return nullptr;
+}
+
+std::shared_ptr<VLAxis> VLFont::axisForName(const std::string& name) const
+{
+    for (const auto& axis : _axes)
+        if (axis->name() == name) return axis;
+    return nullptr;
+}
+
+std::shared_ptr<VLAxis> VLFont::axisForTag(const std::string& tag) const
+{
+    for (const auto& axis : _axes)
+        if (axis->axisTag() == tag) return axis;
+    return nullptr;
+}

@@ -1,0 +1,301 @@
+#include "model/VLAxis.h"
+#include "model/VLFont.h"
+#include "model/VLFontMaster.h"
+#include "model/VLGlyph.h"
+#include "model/VLLayer.h"
+#include "model/VLMetric.h"
+#include "model/VLMetricValue.h"
+#include "platform/Predicate.h"
+
+namespace {
+
+// Cache values above this have not been computed.
+constexpr double notComputed = 100000.0;
+
+double positionOf(const std::shared_ptr<VLMetricValue>& value)
+{
+    return value ? value->position() : 0.0;
+}
+
+} // namespace
+
+std::shared_ptr<VLMetricValue> VLFontMaster::metricValueForId(const std::string& metricId) const
+{
+    auto it = _metricValues.find(metricId);
+    return it == _metricValues.end() ? nullptr : it->second;
+}
+
+void VLFontMaster::setMetricValue_forId(std::shared_ptr<VLMetricValue> value, const std::string& metricId)
+{
+    setMetricValue_forId_notify(std::move(value), metricId, true);
+}
+
+// Nothing listens to the change here, so notify only documents the caller's intent.
+void VLFontMaster::setMetricValue_forId_notify(std::shared_ptr<VLMetricValue> value, const std::string& metricId, bool)
+{
+    if (!value) {
+        _metricValues.erase(metricId);
+        return;
+    }
+    value->setParent(this);
+    _metricValues[metricId] = std::move(value);
+}
+
+std::shared_ptr<VLMetricValue> VLFontMaster::valueForMetric(const VLMetric& metric)
+{
+    if (auto value = metricValueForId(metric.id())) return value;
+    auto value = VLMetricValue::initWithPosition(0);
+    setMetricValue_forId_notify(value, metric.id(), false);
+    return value;
+}
+
+std::shared_ptr<VLMetricValue> VLFontMaster::defaultMetricValueForType(uint8_t type) const
+{
+    if (!_font) return nullptr;
+    for (const auto& metric : _font->metrics())
+        if (metric->type() == type && !metric->filter()) return metricValueForId(metric->id());
+    return type == VLMetric::TypeBodyHeight ? defaultMetricValueForType(VLMetric::TypeAscender) : nullptr;
+}
+
+double VLFontMaster::defaultMetricForType(uint8_t type) const
+{
+    if (!_font) return VLUnsetValue;
+    for (const auto& metric : _font->metrics())
+        if (metric->type() == type && !metric->filter()) return positionOf(metricValueForId(metric->id()));
+    return type == VLMetric::TypeBodyHeight ? defaultMetricForType(VLMetric::TypeAscender) : VLUnsetValue;
+}
+
+std::shared_ptr<VLMetricValue> VLFontMaster::metricValueForType_layer(uint8_t type, const VLLayer* layer) const
+{
+    auto glyph = layer ? layer->glyph() : nullptr;
+    if (_font && glyph)
+        for (const auto& metric : _font->metrics())
+            if (metric->type() == type && metric->filter() && metric->filter()->evaluateWithObject(*glyph))
+                return metricValueForId(metric->id());
+    return defaultMetricValueForType(type);
+}
+
+double VLFontMaster::metricForType_layer(uint8_t type, const VLLayer* layer) const
+{
+    auto glyph = layer ? layer->glyph() : nullptr;
+    if (type == VLMetric::TypeSlantHeight && glyph && glyph->category() == "Corner") return 0.0;
+    if (_font && glyph)
+        for (const auto& metric : _font->metrics())
+            if (metric->type() == type && metric->filter() && metric->filter()->evaluateWithObject(*glyph))
+                return positionOf(metricValueForId(metric->id()));
+    return defaultMetricForType(type);
+}
+
+// The first plain ascender and descender win; for the other types, the last.
+void VLFontMaster::_updateCachedVerticalMetrics()
+{
+    _ascender = 1000000;
+    _descender = -1000000;
+    _xHeight = VLUnsetValue;
+    _italicAngle = 0;
+    if (!_font) return;
+    auto pass = [this](bool plainOnly) {
+        for (const auto& metric : _font->metrics()) {
+            if (metric->filter()) continue;
+            if (plainOnly && metric->name() && !metric->name()->empty()) continue;
+            double position = positionOf(metricValueForId(metric->id()));
+            switch (metric->type()) {
+            case VLMetric::TypeAscender:
+                if (_ascender > 999999) _ascender = position;
+                break;
+            case VLMetric::TypeDescender:
+                if (_descender < -999999) _descender = position;
+                break;
+            case VLMetric::TypeXHeight:
+                if (plainOnly) _xHeight = position;
+                break;
+            case VLMetric::TypeCapHeight:
+                if (plainOnly) _capHeight = position;
+                break;
+            case VLMetric::TypeItalicAngle:
+                if (plainOnly) _italicAngle = position;
+                break;
+            }
+        }
+    };
+    pass(true);
+    if (_ascender > 999999 || _descender < -999999) pass(false);
+    if (_ascender > 999999) _ascender = 800;
+    if (_descender < -999999) _descender = 0;
+}
+
+double VLFontMaster::cachedMetric(double& field)
+{
+    if (field > notComputed) _updateCachedVerticalMetrics();
+    return field;
+}
+
+double VLFontMaster::defaultAscender()
+{
+    return cachedMetric(_ascender);
+}
+
+double VLFontMaster::defaultDescender()
+{
+    double descender = cachedMetric(_descender);
+    return descender < notComputed ? descender : 0.0;
+}
+
+double VLFontMaster::defaultCapHeight()
+{
+    return cachedMetric(_capHeight);
+}
+
+double VLFontMaster::defaultXHeight()
+{
+    return cachedMetric(_xHeight);
+}
+
+double VLFontMaster::defaultItalicAngle()
+{
+    return cachedMetric(_italicAngle);
+}
+
+void VLFontMaster::setNeedsUpdateCachedVerticalMetrics()
+{
+    _ascender = _descender = _capHeight = _xHeight = _italicAngle = VLUnsetValue;
+}
+
+void VLFontMaster::setDefaultMetric_overshoot_forType(double position, double overshoot, uint8_t type)
+{
+    if (!_font) return;
+    std::shared_ptr<VLMetric> metric;
+    for (const auto& candidate : _font->metrics())
+        if (!metric && candidate->type() == type && !candidate->filter()) metric = candidate;
+    if (!metric) {
+        metric = VLMetric::init();
+        metric->setType(type);
+        _font->addMetric(metric);
+    }
+    auto value = valueForMetric(*metric);
+    value->setPosition(position);
+    if (overshoot < 100000) value->setOvershoot(overshoot);
+}
+
+void VLFontMaster::setDefaultMetric_forType(double position, uint8_t type)
+{
+    setDefaultMetric_overshoot_forType(position, VLUnsetValue, type);
+}
+
+void VLFontMaster::setDefaultAscender(double v)
+{
+    setDefaultMetric_forType(v, VLMetric::TypeAscender);
+    _ascender = v;
+}
+
+void VLFontMaster::setDefaultDescender(double v)
+{
+    setDefaultMetric_forType(v, VLMetric::TypeDescender);
+    _descender = v;
+}
+
+void VLFontMaster::setDefaultCapHeight(double v)
+{
+    setDefaultMetric_forType(v, VLMetric::TypeCapHeight);
+    _capHeight = v;
+}
+
+void VLFontMaster::setDefaultXHeight(double v)
+{
+    setDefaultMetric_forType(v, VLMetric::TypeXHeight);
+    _xHeight = v;
+}
+
+void VLFontMaster::setDefaultItalicAngle(double v)
+{
+    setDefaultMetric_forType(v, VLMetric::TypeItalicAngle);
+    _italicAngle = v;
+}
+
+double VLFontMaster::ascenderForLayer(const VLLayer* layer)
+{
+    double ascender = metricForType_layer(VLMetric::TypeAscender, layer);
+    return ascender < VLUnsetValue ? ascender : defaultAscender();
+}
+
+double VLFontMaster::descenderForLayer(const VLLayer* layer)
+{
+    double descender = metricForType_layer(VLMetric::TypeDescender, layer);
+    return descender < VLUnsetValue ? descender : defaultDescender();
+}
+
+double VLFontMaster::axisValueValueForId(const std::string& axisId) const
+{
+    auto it = _axesValues.find(axisId);
+    return it == _axesValues.end() ? 0.0 : it->second->position();
+}
+
+void VLFontMaster::setAxisValueValue_forId(double value, const std::string& axisId)
+{
+    setAxisValue_forId(VLMetricValue::initWithPosition(value), axisId);
+}
+
+void VLFontMaster::setAxisValue_forId(std::shared_ptr<VLMetricValue> value, const std::string& axisId)
+{
+    if (!value) {
+        _axesValues.erase(axisId);
+        return;
+    }
+    value->setParent(this);
+    _axesValues[axisId] = std::move(value);
+}
+
+void VLFontMaster::setReadBuffer_forKey(const Value& value, const std::string& key)
+{
+    if (value.isNull()) return;
+    if (!_readBuffer) _readBuffer.emplace();
+    (*_readBuffer)[key] = value;
+}
+
+void VLFontMaster::loadReadBuffer()
+{
+    if (!_readBuffer || !_font) {
+        _readBuffer.reset();
+        return;
+    }
+    const Value buffer(*_readBuffer);
+    const auto& metrics = _font->metrics();
+    const ValueArray& values = buffer["metricValues"].array();
+    for (size_t i = 0; i < metrics.size() && i < values.size(); ++i) {
+        auto value = VLMetricValue::initWithDict_format(values[i], 3);
+        if (metrics[i]->type() == VLMetric::TypeItalicAngle) value->setOvershoot(0.0);
+        setMetricValue_forId(value, metrics[i]->id());
+    }
+    const auto& axes = _font->axes();
+    if (buffer["axesValues"].isArray()) {
+        _axesValues.clear();
+        for (size_t i = 0; i < axes.size(); ++i)
+            setAxisValue_forId(VLMetricValue::initWithPosition(static_cast<float>(buffer["axesValues"][i].doubleValue())),
+                               axes[i]->axisId());
+    }
+    const Value& interpolations = buffer["interpolations"];
+    for (size_t i = 0; i < axes.size() && i < interpolations.count(); ++i)
+        setAxisValue_forId(VLMetricValue::initWithPosition(static_cast<float>(interpolations[i].doubleValue())),
+                           axes[i]->axisId());
+    _readBuffer.reset();
+}
+
+void VLFontMaster::_readMetric_withFilter_fromBuffer(uint8_t type, const std::optional<std::string>& filter,
+                                                     const std::string& key)
+{
+    if (!_readBuffer || !_font) return;
+    auto it = _readBuffer->find(key);
+    if (it == _readBuffer->end() && key != "italic angle") return;
+    double position = it == _readBuffer->end() ? 0.0 : it->second.doubleValue();
+
+    std::shared_ptr<VLMetric> metric;
+    for (const auto& candidate : _font->metrics())
+        if (candidate->type() == type && candidate->filterString() == filter) metric = candidate;
+    if (!metric) {
+        metric = VLMetric::init();
+        metric->setType(type);
+        if (filter) metric->setFilterString(*filter);
+        _font->addMetric(metric);
+    }
+    setMetricValue_forId(VLMetricValue::initWithPosition_overshoot(static_cast<float>(position), 0.0), metric->id());
+}

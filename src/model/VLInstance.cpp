@@ -1,0 +1,113 @@
+#include "model/VLInstance.h"
+
+#include "model/VLAxis.h"
+#include "model/VLFont.h"
+#include "model/VLMetricValue.h"
+
+#include <array>
+
+namespace {
+
+constexpr std::array<const char*, 3> typeNames = {"single", "variable", "icon"};
+
+// The six numbers that stand for the axes of a document of the older format.
+ValueArray legacyInterpolations(const Value& dict)
+{
+    ValueArray numbers;
+    const char* keys[] = {"interpolationWeight", "interpolationWidth", "interpolationCustom",
+                          "interpolationCustom1", "interpolationCustom2", "interpolationCustom3"};
+    for (size_t i = 0; i < 6; ++i) {
+        const Value& v = dict[keys[i]];
+        numbers.push_back(v.isNull() ? (i < 2 ? 100.0 : 0.0) : v.doubleValue());
+    }
+    return numbers;
+}
+
+} // namespace
+
+std::shared_ptr<VLInstance> VLInstance::initWithType(int64_t type)
+{
+    auto instance = init();
+    instance->_type = type;
+    return instance;
+}
+
+int64_t VLInstance::typeForTypeName(const std::string& name)
+{
+    for (size_t i = 0; i < typeNames.size(); ++i)
+        if (name == typeNames[i]) return static_cast<int64_t>(i);
+    return TypeSingle;
+}
+
+std::shared_ptr<VLInstance> VLInstance::initWithTypeName(const std::string& name)
+{
+    return initWithType(typeForTypeName(name));
+}
+
+std::optional<std::string> VLInstance::typeName() const
+{
+    if (_type < 0 || _type >= static_cast<int64_t>(typeNames.size())) return std::nullopt;
+    return typeNames[static_cast<size_t>(_type)];
+}
+
+std::shared_ptr<VLInstance> VLInstance::initWithDict_container_format(const Value& dict, VLFont* font, uint8_t format)
+{
+    auto instance = init();
+    instance->_font = font;
+    if (dict["name"].isString()) instance->_name = dict["name"].string();
+    instance->_type = typeForTypeName(dict["type"].string());
+    instance->_isBold = dict["isBold"].boolValue();
+    instance->_isItalic = dict["isItalic"].boolValue();
+    if (!dict["active"].isNull()) instance->_exports = instance->_visible = dict["active"].boolValue();
+    if (!dict["exports"].isNull()) instance->_exports = dict["exports"].boolValue();
+    if (!dict["visible"].isNull()) instance->_visible = dict["visible"].boolValue();
+    instance->_manualInterpolation = dict["manualInterpolation"].boolValue();
+    for (const auto& [masterId, factor] : dict["instanceInterpolations"].dictionary())
+        instance->_instanceInterpolations.setObject_forKey(factor.doubleValue(), masterId);
+
+    const Value& location = dict["axesValues"];
+    const auto& axes = font ? font->axes() : std::vector<std::shared_ptr<VLAxis>>();
+    if (location.isDictionary()) {
+        for (const auto& axis : axes)
+            instance->setAxisValueValueFast_forId(static_cast<float>(location[axis->axisTagDefault()].doubleValue()),
+                                                  axis->axisId());
+    } else if (location.isArray()) {
+        for (size_t i = 0; i < location.count() && i < axes.size(); ++i)
+            instance->setAxisValueValueFast_forId(static_cast<float>(location[i].doubleValue()), axes[i]->axisId());
+    }
+    if (instance->_axesValues.empty() && format == 1)
+        instance->setReadBuffer_forKey(Value(legacyInterpolations(dict)), "interpolations");
+    return instance;
+}
+
+double VLInstance::axisValueValueForId(const std::string& axisId) const
+{
+    auto it = _axesValues.find(axisId);
+    return it == _axesValues.end() ? 0.0 : it->second->position();
+}
+
+void VLInstance::setAxisValueValue_forId(double value, const std::string& axisId)
+{
+    setAxisValue_forId(VLMetricValue::initWithPosition(value), axisId);
+}
+
+void VLInstance::setAxisValue_forId(std::shared_ptr<VLMetricValue> value, const std::string& axisId)
+{
+    if (!value) {
+        _axesValues.erase(axisId);
+        return;
+    }
+    _axesValues[axisId] = std::move(value);
+}
+
+void VLInstance::setAxisValueValueFast_forId(double value, const std::string& axisId)
+{
+    _axesValues[axisId] = VLMetricValue::initWithPosition(value);
+}
+
+void VLInstance::setReadBuffer_forKey(const Value& value, const std::string& key)
+{
+    if (value.isNull()) return;
+    if (!_readBuffer) _readBuffer.emplace();
+    (*_readBuffer)[key] = value;
+}

@@ -1,0 +1,78 @@
+#pragma once
+
+#include "model/VLOrderedDictionary.h"
+#include "platform/Value.h"
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+
+class VLFont;
+class VLMetricValue;
+
+// A named location in the font's design space.
+class VLInstance {
+public:
+    enum Type : int64_t { TypeSingle = 0, TypeVariable = 1, TypeIcon = 2 };
+    using AxesValues = std::map<std::string, std::shared_ptr<VLMetricValue>, std::less<>>;
+
+    static std::shared_ptr<VLInstance> init() { return std::make_shared<VLInstance>(); }
+    static std::shared_ptr<VLInstance> initWithType(int64_t type);
+    static std::shared_ptr<VLInstance> initWithTypeName(const std::string& name);
+    // The document's instance dictionary; the font gives the axes that "axesValues" refers to.
+    static std::shared_ptr<VLInstance> initWithDict_container_format(const Value& dict, VLFont* font, uint8_t format);
+    static constexpr const char* className = "VLInstance";
+
+    int64_t type() const { return _type; }
+    // "single", "variable" or "icon"; nothing for other types.
+    std::optional<std::string> typeName() const;
+    static int64_t typeForTypeName(const std::string& name);
+
+    const std::string& name() const { return _name; }
+    void setName(const std::string& name) { _name = name; }
+    VLFont* font() const { return _font; }
+    void setFont(VLFont* font) { _font = font; }
+    bool exports() const { return _exports; }
+    void setExports(bool v) { _exports = v; }
+    bool visible() const { return _visible; }
+    void setVisible(bool v) { _visible = v; }
+    bool isBold() const { return _isBold; }
+    void setIsBold(bool v) { _isBold = v; }
+    bool isItalic() const { return _isItalic; }
+    void setIsItalic(bool v) { _isItalic = v; }
+    bool manualInterpolation() const { return _manualInterpolation; }
+    void setManualInterpolation(bool v) { _manualInterpolation = v; }
+    uint16_t weightClassValue() const { return _weightClassValue; }
+    uint16_t widthClassValue() const { return _widthClassValue; }
+    const VLOrderedDictionary<double>& instanceInterpolations() const { return _instanceInterpolations; }
+
+    // Location.
+    const AxesValues& axesValues() const { return _axesValues; }
+    double axisValueValueForId(const std::string& axisId) const;
+    void setAxisValueValue_forId(double value, const std::string& axisId);
+    // A null value removes the axis.
+    void setAxisValue_forId(std::shared_ptr<VLMetricValue> value, const std::string& axisId);
+    void setAxisValueValueFast_forId(double value, const std::string& axisId);
+
+    // Raw values between reading and the post-read pass.
+    const std::optional<ValueDictionary>& readBuffer() const { return _readBuffer; }
+    void setReadBuffer_forKey(const Value& value, const std::string& key);
+    void clearReadBuffer() { _readBuffer.reset(); }
+
+private:
+    VLFont* _font = nullptr;
+    bool _isItalic = false;
+    bool _isBold = false;
+    bool _manualInterpolation = false;
+    bool _exports = true;
+    std::string _name = "Regular";
+    bool _visible = true;
+    VLOrderedDictionary<double> _instanceInterpolations;
+    std::optional<ValueDictionary> _readBuffer;
+    uint16_t _weightClassValue = 400;
+    uint16_t _widthClassValue = 5;
+    int64_t _type = TypeSingle;
+    AxesValues _axesValues;
+};

@@ -1,0 +1,101 @@
+#pragma once
+
+#include "reader/VLPlistLexical.h"
+#include "reader/VLPlistParser.h"
+#include "reader/VLPlistParseInfo.h"
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <vector>
+
+// The loop of every record reader: keys separated by ";" up to a "}", which stays unread.
+// handleKey reads the key at `curr` and its value; false when the key is unknown or its value
+// fails, which fails the record.
+template <typename HandleKey> bool readPlistRecord(VLPlistParseInfo* info, HandleKey&& handleKey)
+{
+    while (true) {
+        if (!skipPlistSpace(info)) return false;
+        if (*info->curr == '}') return true;
+        if (!handleKey()) return false;
+        if (info->error) return false;
+        if (!skipPlistSpace(info) || *info->curr != ';') return true;
+        ++info->curr;
+    }
+}
+
+template <typename K>
+concept VLStreamRecord = requires(VLPlistParseInfo* info, uint8_t format) {
+    { K::initWithVelmorParser_format(info, format) } -> std::same_as<std::shared_ptr<K>>;
+};
+
+template <typename K, typename Container>
+concept VLContainedDictRecord = requires(const Value& dict, Container container, uint8_t format) {
+    { K::initWithDict_container_format(dict, container, format) } -> std::same_as<std::shared_ptr<K>>;
+};
+
+// One record of class K in any of its forms: the compact line form, a dictionary read by K's
+// own stream reader, or a dictionary parsed first and handed to K.
+template <typename K, typename Container>
+std::shared_ptr<K> readPlistObject(VLPlistParseInfo* info, uint8_t format, Container container)
+{
+    uint8_t c = *info->curr;
+    if constexpr (VLStreamRecord<K>) {
+        if (c == '"' || c == '(') return K::initWithVelmorParser_format(info, format);
+        if (c == '{') {
+            ++info->curr;
+            auto record = K::initWithVelmorParser_format(info, format);
+            if (record) ++info->curr; // the closing brace, left unread by the record loop
+            return record;
+        }
+    } else if (c == '{') {
+        Value dict = parsePlistDict(info);
+        if (dict.isNull()) {
+            if (!info->error) reportPlistError(info, "reading: %s", K::className);
+            return nullptr;
+        }
+        if constexpr (VLContainedDictRecord<K, Container>)
+            return K::initWithDict_container_format(dict, container, format);
+        else
+            return K::initWithDict_format(dict, format);
+    }
+    if (!info->error) reportPlistError(info, "Unexpected character '0x%x' (expected “%s”)", c, "( or \"");
+    return nullptr;
+}
+
+// A parenthesised list of records of class K; nothing when the list or any record fails.
+template <typename K, typename Container = std::nullptr_t>
+std::optional<std::vector<std::shared_ptr<K>>> readPlistObjects(VLPlistParseInfo* info, uint8_t format,
+                                                                Container container = nullptr)
+{
+    if (!skipPlistSpace(info)) return std::nullopt;
+    if (*info->curr != '(') {
+        reportPlistError(info, "Unexpected character '0x%x' (expected “%s”)", *info->curr, "(");
+        return std::nullopt;
+    }
+    ++info->curr;
+    std::vector<std::shared_ptr<K>> records;
+    while (true) {
+        if (!skipPlistSpace(info)) return std::nullopt;
+        if (*info->curr == ')') break;
+        auto record = readPlistObject<K>(info, format, container);
+        if (!record) {
+            if (!info->error) reportPlistError(info, "reading: %s", K::className);
+            return std::nullopt;
+        }
+        records.push_back(std::move(record));
+        if (!skipPlistSpace(info)) return std::nullopt;
+        if (*info->curr == ',') {
+            ++info->curr;
+            continue;
+        }
+        if (*info->curr == ')') break;
+        if (!info->error) reportPlistError(info, "reading: %s", K::className);
+        return std::nullopt;
+    }
+    ++info->curr;
+    return records;
+}
+
+// A dictionary, or a list whose dictionaries are merged with later keys winning.
+Value readPlistMergedDict(VLPlistParseInfo* info);

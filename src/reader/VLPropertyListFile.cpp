@@ -1,0 +1,144 @@
+#include "reader/VLPropertyListFile.h"
+
+#include "reader/VLPlistLexical.h"
+#include "reader/VLPlistParser.h"
+
+#include <plist/plist.h>
+
+#include <cstdlib>
+#include <fstream>
+#include <iterator>
+#include <limits>
+#include <memory>
+
+namespace {
+
+// Deeper trees come from hostile files, not from documents.
+constexpr int maximumNesting = 512;
+
+using PlistHandle = std::unique_ptr<void, void (*)(plist_t)>;
+
+std::string takeString(char* text)
+{
+    std::string s = text ? text : "";
+    std::free(text);
+    return s;
+}
+
+std::optional<Value> convert(plist_t node, int depth);
+
+std::optional<Value> convertArray(plist_t node, int depth)
+{
+    ValueArray items;
+    uint32_t count = plist_array_get_size(node);
+    for (uint32_t i = 0; i < count; ++i) {
+        auto item = convert(plist_array_get_item(node, i), depth + 1);
+        if (!item) return std::nullopt;
+        items.push_back(std::move(*item));
+    }
+    return Value(std::move(items));
+}
+
+std::optional<Value> convertDictionary(plist_t node, int depth)
+{
+    ValueDictionary entries;
+    plist_dict_iter iter = nullptr;
+    plist_dict_new_iter(node, &iter);
+    while (iter) {
+        char* key = nullptr;
+        plist_t item = nullptr;
+        plist_dict_next_item(node, iter, &key, &item);
+        if (!item) {
+            std::free(key);
+            break;
+        }
+        auto value = convert(item, depth + 1);
+        std::string name = takeString(key);
+        if (!value) {
+            std::free(iter);
+            return std::nullopt;
+        }
+        entries[name] = std::move(*value);
+    }
+    std::free(iter);
+    return Value(std::move(entries));
+}
+
+std::optional<Value> convert(plist_t node, int depth)
+{
+    if (!node || depth > maximumNesting) return std::nullopt;
+    switch (plist_get_node_type(node)) {
+    case PLIST_BOOLEAN: {
+        uint8_t b = 0;
+        plist_get_bool_val(node, &b);
+        return Value(b != 0);
+    }
+    case PLIST_UINT: {
+        uint64_t u = 0;
+        plist_get_uint_val(node, &u);
+        // Negative integers arrive in two's complement.
+        return Value(static_cast<int64_t>(u));
+    }
+    case PLIST_REAL: {
+        double d = 0;
+        plist_get_real_val(node, &d);
+        return Value(d);
+    }
+    case PLIST_STRING: {
+        char* text = nullptr;
+        plist_get_string_val(node, &text);
+        return Value(takeString(text));
+    }
+    case PLIST_DATA: {
+        char* bytes = nullptr;
+        uint64_t length = 0;
+        plist_get_data_val(node, &bytes, &length);
+        ValueData data(bytes, bytes + length);
+        std::free(bytes);
+        return Value(std::move(data));
+    }
+    case PLIST_ARRAY: return convertArray(node, depth);
+    case PLIST_DICT: return convertDictionary(node, depth);
+    default: return Value();
+    }
+}
+
+bool looksLikeText(const std::string& bytes)
+{
+    for (unsigned char c : bytes) {
+        if (isPlistFullSpace(c)) continue;
+        return c == '{' || c == '(';
+    }
+    return false;
+}
+
+} // namespace
+
+std::optional<std::string> readFileBytes(const std::string& path)
+{
+    std::ifstream file(path, std::ios::binary);
+    if (!file) return std::nullopt;
+    return std::string(std::istreambuf_iterator<char>(file), {});
+}
+
+std::optional<Value> parseBinaryOrXMLPropertyList(const std::string& bytes)
+{
+    if (bytes.empty() || bytes.size() > std::numeric_limits<uint32_t>::max()) return std::nullopt;
+    plist_t root = nullptr;
+    plist_from_memory(bytes.data(), static_cast<uint32_t>(bytes.size()), &root);
+    PlistHandle handle(root, plist_free);
+    return root ? convert(root, 0) : std::nullopt;
+}
+
+std::optional<Value> readPropertyListFile(const std::string& path)
+{
+    auto bytes = readFileBytes(path);
+    if (!bytes) return std::nullopt;
+    if (!looksLikeText(*bytes)) return parseBinaryOrXMLPropertyList(*bytes);
+    VLPlistParseInfo info;
+    if (!openPlistParseInfoWithBytes(bytes->data(), bytes->size(), &info)) return std::nullopt;
+    Value value = parsePlistValue(&info, true);
+    closePlistParseInfo(&info);
+    if (value.isNull()) return std::nullopt;
+    return value;
+}

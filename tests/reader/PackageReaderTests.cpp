@@ -1,0 +1,105 @@
+#include "model/VLFont.h"
+#include "model/VLGlyph.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+// A package folder in the temporary directory, removed at the end of the scope.
+struct Package {
+    fs::path folder;
+
+    Package()
+    {
+        char name[] = "/tmp/velmor-package-XXXXXX";
+        folder = mkdtemp(name);
+        fs::create_directory(folder / "glyphs");
+        write("fontinfo.plist", "{\n.formatVersion = 3;\nunitsPerEm = 1000;\n}\n");
+    }
+    ~Package() { fs::remove_all(folder); }
+
+    void write(const fs::path& relative, const std::string& text) const
+    {
+        std::ofstream(folder / relative, std::ios::binary) << text;
+    }
+
+    void glyph(const std::string& file, const std::string& name, int index) const
+    {
+        write(fs::path("glyphs") / file,
+              "{\nglyphname = " + name + ";\nindex = " + std::to_string(index) + ";\nlayers = (\n);\n}\n");
+    }
+
+    std::shared_ptr<VLFont> read(VLError* error = nullptr) const
+    {
+        VLError ignored;
+        return VLFont::initWithURL_error(folder.string(), error ? error : &ignored);
+    }
+};
+
+} // namespace
+
+TEST(PackageReader, GlyphsAreSortedByIndexWhateverTheThreadsDid)
+{
+    Package package;
+    std::string order = "(\n";
+    for (int i = 0; i < 1000; ++i) {
+        std::string name = "g" + std::to_string(i);
+        package.glyph(name + ".glyph", name, i);
+        order += name + ",\n";
+    }
+    package.write("order.plist", order + ")\n");
+    package.write("glyphs/notes.txt", "not a glyph");
+
+    auto font = package.read();
+    ASSERT_NE(font, nullptr);
+    ASSERT_EQ(font->count(), 1000u);
+    EXPECT_EQ(font->countOfGlyphs(), 1000u);
+    for (size_t i = 0; i < font->glyphs().size(); ++i) ASSERT_EQ(font->glyphs()[i]->glyphId(), i);
+    EXPECT_EQ(font->glyphs()[0]->parent(), font);
+}
+
+TEST(PackageReader, OrderMayBeXML)
+{
+    Package package;
+    package.glyph("A_.glyph", "A", 0);
+    package.glyph("a.glyph", "a", 1);
+    package.write("order.plist", "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<plist version=\"1.0\">\n"
+                                 "<array><string>A</string><string>a</string></array>\n</plist>\n");
+    auto font = package.read();
+    ASSERT_NE(font, nullptr);
+    EXPECT_EQ(font->glyphFiles(), (std::vector<std::string>{"A", "a"}));
+    EXPECT_EQ(font->glyphAtIndex(0)->name(), "A");
+}
+
+TEST(PackageReader, Failures)
+{
+    {
+        Package package;
+        package.glyph("A_.glyph", "A", 0);
+        VLError error;
+        EXPECT_EQ(package.read(&error), nullptr) << "no order.plist";
+        EXPECT_TRUE(error.domain.empty());
+    }
+    {
+        Package package;
+        package.write("order.plist", "(\nA\n)\n");
+        VLError error;
+        EXPECT_EQ(package.read(&error), nullptr);
+        EXPECT_EQ(error.domain, "VLVelmorDomain");
+        EXPECT_EQ(error.localizedDescription(), "No Glyphs found!");
+    }
+    {
+        Package package;
+        package.write("order.plist", "(\nA,\nB\n)\n");
+        package.glyph("A_.glyph", "A", 0);
+        package.write("glyphs/B_.glyph", "{\nglyphname = B;\nunicode = (x);\n}\n");
+        VLError error;
+        EXPECT_EQ(package.read(&error), nullptr);
+        EXPECT_EQ(error.code, 3840) << error.description();
+    }
+}
