@@ -116,9 +116,11 @@ Component makeComponent(const Font& font, Random& random) {
     return component;
 }
 
-std::vector<Anchor> makeAnchors(Random& random, bool mark) {
+std::vector<Anchor> makeAnchors(Random& random, GlyphKind kind, bool mark) {
     if (mark)
         return {{"_top", {0.5, 500.0}}};
+    if (kind == GlyphKind::LetterG)
+        return {{"bottom", {0.5, -200.0}}, {"top", {0.5, 500.0}}};
     std::vector<Anchor> anchors{{"bottom", {0.5, 0.0}}, {"top", {0.5, 720.0}}};
     if (random.chance(0.2))
         anchors.push_back({"ogonek", {0.8, 0.0}});
@@ -137,7 +139,7 @@ void planShapes(const Font& font, GlyphPlan& plan, Random& random) {
     if (kind == GlyphKind::Outline || kind == GlyphKind::Alternate || kind == GlyphKind::Composite) {
         plan.advance = std::round(random.real(400.0, 900.0));
         const bool composite = kind == GlyphKind::Composite;
-        const int blobs = composite ? random.between(0, 1) : random.between(1, 3);
+        const int blobs = composite ? random.between(1, 2) : random.between(1, 3);
         for (int i = 0; i < blobs; ++i)
             plan.blobs.push_back(makeBlob(random, plan.advance));
         const int components = composite ? random.between(1, 3) : 0;
@@ -146,7 +148,7 @@ void planShapes(const Font& font, GlyphPlan& plan, Random& random) {
         plan.mark = kind == GlyphKind::Outline && random.chance(0.05);
     }
     if (kind != GlyphKind::Space && kind != GlyphKind::Notdef) {
-        plan.anchors = makeAnchors(random, plan.mark);
+        plan.anchors = makeAnchors(random, kind, plan.mark);
         plan.hints = makeHints(random, random.between(0, 2));
     }
 }

@@ -282,8 +282,11 @@ void writeFeatures(PlistText& text, const Font& font) {
     text.raw("featurePrefixes = (\n");
     writeCode(text, "name", "Languagesystems", "languagesystem DFLT dflt;\nlanguagesystem hani dflt;", false);
     text.raw("\n);\nfeatures = (\n");
-    writeCode(text, tagKey, "ss01", alternateSubstitutions(font), true);
-    text.next();
+    const std::string alternates = alternateSubstitutions(font);
+    if (!alternates.empty()) {
+        writeCode(text, tagKey, "ss01", alternates, true);
+        text.next();
+    }
     writeCode(text, tagKey, "liga", "# \"manual\" rules, with a backslash \\ in a comment\nsub g g by g;", false);
     text.raw("\n);\n");
 }
