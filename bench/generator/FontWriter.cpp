@@ -58,24 +58,6 @@ std::vector<Instance> makeInstances(const Font& font) {
     return instances;
 }
 
-template <typename T, typename Write>
-void writeArray(PlistText& text, std::string_view key, const std::vector<T>& items, Write write) {
-    text.key(key);
-    text.openArray();
-    for (std::size_t i = 0; i < items.size(); ++i) {
-        if (i > 0)
-            text.next();
-        write(text, items[i]);
-    }
-    text.newline();
-    text.closeArray();
-    text.end();
-}
-
-void writeNumbers(PlistText& text, std::string_view key, const std::vector<double>& numbers) {
-    writeArray(text, key, numbers, [](PlistText& t, double n) { t.number(n); });
-}
-
 void writeParameter(PlistText& text, std::string_view name, const std::function<void(PlistText&)>& value) {
     text.openDict();
     text.entry("name", name);
@@ -122,7 +104,7 @@ void writeMetricValue(PlistText& text, const Metric& metric) {
 }
 
 void writeMasterParameters(PlistText& text) {
-    writeArray(text, "customParameters", std::vector<std::pair<const char*, double>>{{"underlinePosition", -100},
+    text.arrayEntry("customParameters", std::vector<std::pair<const char*, double>>{{"underlinePosition", -100},
                                                                                    {"underlineThickness", 50}},
                [](PlistText& t, const auto& parameter) {
                    writeParameter(t, parameter.first, [&](PlistText& v) { v.number(parameter.second); });
@@ -134,18 +116,18 @@ void writeMaster(PlistText& text, const Font& font, const Master& master) {
     const double horizontalStem = std::round(0.75 * stem);
     text.openDict();
     if (text.format() == 1) {
-        writeArray(text, "alignmentZones", std::vector<const char*>{"{800, 16}", "{700, 16}", "{500, 16}", "{0, -16}", "{-200, -16}"},
+        text.arrayEntry("alignmentZones", std::vector<const char*>{"{800, 16}", "{700, 16}", "{500, 16}", "{0, -16}", "{-200, -16}"},
                    [](PlistText& t, const char* zone) { t.quoted(zone); });
         text.entry("ascender", 800.0);
         text.entry("capHeight", 700.0);
         writeMasterParameters(text);
         text.entry("descender", -200.0);
-        writeNumbers(text, "horizontalStems", {horizontalStem});
+        text.numbersEntry("horizontalStems", std::vector<double>{horizontalStem});
         text.key("id");
         text.quoted(master.id);
         text.end();
         text.raw("userData = {\ncom.velmor.master = 1;\n};\n");
-        writeNumbers(text, "verticalStems", {stem});
+        text.numbersEntry("verticalStems", std::vector<double>{stem});
         if (master.weightName != "Regular")
             text.entry("weight", master.weightName);
         text.entry("weightValue", master.location.weight);
@@ -155,14 +137,14 @@ void writeMaster(PlistText& text, const Font& font, const Master& master) {
             text.entry("widthValue", master.location.width);
         text.entry("xHeight", 500.0);
     } else {
-        writeNumbers(text, "axesValues", axisValues(font, master.location));
+        text.numbersEntry("axesValues", axisValues(font, master.location));
         writeMasterParameters(text);
         text.key("id");
         text.quoted(master.id);
         text.end();
-        writeArray(text, "metricValues", std::vector<Metric>(std::begin(metrics), std::end(metrics)), writeMetricValue);
+        text.arrayEntry("metricValues", metrics, writeMetricValue);
         text.entry("name", master.name());
-        writeNumbers(text, "stemValues", {horizontalStem, stem});
+        text.numbersEntry("stemValues", std::vector<double>{horizontalStem, stem});
         text.raw("userData = {\ncom.velmor.master = 1;\n};\n");
     }
     text.closeDict();
@@ -174,11 +156,11 @@ void writeInstance(PlistText& text, const Font& font, const Instance& instance) 
     if (older && !instance.exported)
         text.integerEntry("active", 0);
     if (!older)
-        writeNumbers(text, "axesValues", axisValues(font, instance.location));
-    writeArray(text, "customParameters", std::vector<int>{0}, [&](PlistText& t, int) {
-        std::string postscriptName = "VelmorGenerated-" + instance.name;
-        postscriptName.erase(std::remove(postscriptName.begin(), postscriptName.end(), ' '), postscriptName.end());
-        writeParameter(t, "postscriptFontName", [&](PlistText& v) { v.string(postscriptName); });
+        text.numbersEntry("axesValues", axisValues(font, instance.location));
+    std::string postscriptName = "VelmorGenerated-" + instance.name;
+    postscriptName.erase(std::remove(postscriptName.begin(), postscriptName.end(), ' '), postscriptName.end());
+    text.arrayEntry("customParameters", std::vector<std::string>{postscriptName}, [](PlistText& t, const std::string& name) {
+        writeParameter(t, "postscriptFontName", [&](PlistText& v) { v.string(name); });
     });
     if (!older && !instance.exported)
         text.integerEntry("exports", 0);
@@ -310,18 +292,12 @@ void writeFontParameters(PlistText& text, const Font& font) {
     std::vector<std::pair<std::string, Write>> parameters;
     if (text.format() == 1) // the older format has no axes key: they come as a parameter
         parameters.emplace_back("Axes", [&](PlistText& t) {
-            const std::vector<Axis> list = axes(font);
-            t.openArray();
-            for (std::size_t i = 0; i < list.size(); ++i) {
-                if (i > 0)
-                    t.next();
-                t.openDict();
-                t.entry("Name", list[i].name);
-                t.entry("Tag", list[i].tag);
-                t.closeDict();
-            }
-            t.newline();
-            t.closeArray();
+            t.array(axes(font), [](PlistText& a, const Axis& axis) {
+                a.openDict();
+                a.entry("Name", axis.name);
+                a.entry("Tag", axis.tag);
+                a.closeDict();
+            });
         });
     parameters.emplace_back("Use Typo Metrics", [](PlistText& t) { t.integer(1); });
     parameters.emplace_back("fsType", [](PlistText& t) { t.raw("(\n3\n)"); });
@@ -329,30 +305,20 @@ void writeFontParameters(PlistText& text, const Font& font) {
     parameters.emplace_back("Don't use Production Names", [](PlistText& t) { t.integer(1); });
     parameters.emplace_back("vendorID", [](PlistText& t) { t.string("VLMR"); });
     parameters.emplace_back("glyphOrder", [&](PlistText& t) {
-        t.openArray();
         const std::size_t count = std::min<std::size_t>(font.glyphs.size(), 100);
-        for (std::size_t i = 0; i < count; ++i) {
-            if (i > 0)
-                t.next();
-            t.string(font.glyphs[i].name);
-        }
-        t.newline();
-        t.closeArray();
+        t.array(std::vector<GlyphInfo>(font.glyphs.begin(), font.glyphs.begin() + static_cast<std::ptrdiff_t>(count)),
+                [](PlistText& g, const GlyphInfo& glyph) { g.string(glyph.name); });
     });
-    writeArray(text, "customParameters", parameters,
+    text.arrayEntry("customParameters", parameters,
                [](PlistText& t, const auto& parameter) { writeParameter(t, parameter.first, parameter.second); });
 }
 
 void writeCurrentFormatDefinitions(PlistText& text) {
-    text.raw("metrics = (\n");
-    for (std::size_t i = 0; i < std::size(metrics); ++i) {
-        if (i > 0)
-            text.next();
-        text.openDict();
-        text.entry("type", metrics[i].type);
-        text.closeDict();
-    }
-    text.raw("\n);\n");
+    text.arrayEntry("metrics", metrics, [](PlistText& t, const Metric& metric) {
+        t.openDict();
+        t.entry("type", metric.type);
+        t.closeDict();
+    });
     text.entry("note", "Generated for speed measurements.");
     text.raw("properties = (\n{\nkey = copyrights;\nvalues = (\n{\nlanguage = dflt;\nvalue = \"Copyright 2024 Velmor\";\n}\n);\n},\n"
              "{\nkey = designers;\nvalues = (\n{\nlanguage = dflt;\nvalue = \"Velmor Type\";\n}\n);\n}\n);\n");
@@ -370,7 +336,7 @@ void writeFontLevel(PlistText& text, const Font& font, const std::function<void(
         text.integerEntry(".formatVersion", 3);
     text.raw("DisplayStrings = (\n\"A g\",\n\"/A/g\"\n);\n");
     if (!older)
-        writeArray(text, "axes", axes(font), [](PlistText& t, const Axis& axis) {
+        text.arrayEntry("axes", axes(font), [](PlistText& t, const Axis& axis) {
             t.openDict();
             t.entry("name", axis.name);
             t.entry("tag", axis.tag);
@@ -387,7 +353,7 @@ void writeFontLevel(PlistText& text, const Font& font, const std::function<void(
     }
     text.entry("familyName", "Velmor Generated");
     writeFeatures(text, font);
-    writeArray(text, "fontMaster", font.masters, [&](PlistText& t, const Master& m) { writeMaster(t, font, m); });
+    text.arrayEntry("fontMaster", font.masters, [&](PlistText& t, const Master& m) { writeMaster(t, font, m); });
     if (glyphs) {
         text.key("glyphs");
         glyphs(text);

@@ -69,20 +69,11 @@ void writePath(PlistText& text, const Path& path) {
     out += "\n);\n}";
 }
 
+// Empty lists are left out, as the editor leaves them out.
 template <typename T, typename Write>
 void writeList(PlistText& text, std::string_view key, const std::vector<T>& items, Write write) {
-    if (items.empty())
-        return;
-    text.key(key);
-    text.openArray();
-    for (std::size_t i = 0; i < items.size(); ++i) {
-        if (i > 0)
-            text.next();
-        write(text, items[i]);
-    }
-    text.newline();
-    text.closeArray();
-    text.end();
+    if (!items.empty())
+        text.arrayEntry(key, items, write);
 }
 
 void writeTransform(PlistText& text, const Component& component) {
@@ -153,17 +144,6 @@ void writeHint(PlistText& text, const ResolvedHint& hint) {
     text.closeDict();
 }
 
-void writeNumberArray(PlistText& text, const std::vector<double>& numbers) {
-    text.openArray();
-    for (std::size_t i = 0; i < numbers.size(); ++i) {
-        if (i > 0)
-            text.next();
-        text.number(numbers[i]);
-    }
-    text.newline();
-    text.closeArray();
-}
-
 // Brace and bracket layers say what they are by attributes in the current format; the older
 // format says it in the layer's name, which the header already holds.
 void writeAttributes(PlistText& text, const LayerHeader& header) {
@@ -172,9 +152,7 @@ void writeAttributes(PlistText& text, const LayerHeader& header) {
     text.key("attr");
     text.openDict();
     if (header.kind == LayerKind::Brace) {
-        text.key("coordinates");
-        writeNumberArray(text, header.coordinates);
-        text.end();
+        text.numbersEntry("coordinates", header.coordinates);
     } else {
         text.key("axisRules");
         text.raw("(\n{\n");
@@ -227,17 +205,22 @@ void writeLayer(PlistText& text, const LayerHeader& header, const Layer& layer, 
     if (older) {
         writeList(text, "paths", layer.paths, writePath);
     } else if (!layer.paths.empty() || !layer.components.empty()) {
+        // Paths first, then components, as in a layer of the older format.
         text.key("shapes");
         text.openArray();
-        for (std::size_t i = 0; i < layer.paths.size(); ++i) {
-            if (i > 0)
+        bool first = true;
+        const auto separate = [&] {
+            if (!first)
                 text.next();
-            writePath(text, layer.paths[i]);
+            first = false;
+        };
+        for (const Path& path : layer.paths) {
+            separate();
+            writePath(text, path);
         }
-        for (std::size_t i = 0; i < layer.components.size(); ++i) {
-            if (i > 0 || !layer.paths.empty())
-                text.next();
-            writeComponent(text, layer.components[i]);
+        for (const Component& component : layer.components) {
+            separate();
+            writeComponent(text, component);
         }
         text.newline();
         text.closeArray();

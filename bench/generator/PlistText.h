@@ -41,6 +41,33 @@ public:
     void next() { out_ += ",\n"; }
     void newline() { out_ += '\n'; }
 
+    // An array of items, each written by `write(text, item)`.
+    template <typename Items, typename Write>
+    void array(const Items& items, Write write) {
+        openArray();
+        bool first = true;
+        for (const auto& item : items) {
+            if (!first)
+                next();
+            first = false;
+            write(*this, item);
+        }
+        newline();
+        closeArray();
+    }
+
+    template <typename Items, typename Write>
+    void arrayEntry(std::string_view name, const Items& items, Write write) {
+        key(name);
+        array(items, write);
+        end();
+    }
+
+    template <typename Items>
+    void numbersEntry(std::string_view name, const Items& numbers) {
+        arrayEntry(name, numbers, [](PlistText& text, double n) { text.number(n); });
+    }
+
 private:
     std::string& out_;
     int format_;
