@@ -68,7 +68,7 @@ public:
     std::shared_ptr<VLNode> startNode() const;
     std::shared_ptr<VLNode> endNode() const;
     long firstOncurveNodeIndex() const;
-    // The walks have no bound: not for a closed path of off-curve nodes only.
+    // Null past the end of an open path, and after one turn round a closed path without on-curve nodes.
     std::shared_ptr<VLNode> nextOncurveNodeFromIndex(long index) const;
     std::shared_ptr<VLNode> previousOncurveNodeFromIndex(long index) const;
     std::shared_ptr<VLNode> findStartNode() const;
