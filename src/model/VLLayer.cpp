@@ -5,6 +5,7 @@
 #include "model/VLGlyph.h"
 #include "model/VLShape.h"
 #include "model/VLUserData.h"
+#include "outline/VLHint.h"
 #include "platform/BezierPath.h"
 
 #include <chrono>
@@ -65,6 +66,7 @@ void VLLayer::setShapesFast(Shapes shapes)
     for (const auto& shape : _shapes) shape->setParent(nullptr);
     _shapes = std::move(shapes);
     for (const auto& shape : _shapes) shape->setParent(shared_from_this());
+    restoreHints();
 }
 
 std::shared_ptr<VLShape> VLLayer::objectInShapesAtIndex(size_t index) const
@@ -194,6 +196,7 @@ void VLLayer::setDisableUpdates(bool disable)
     if (_disableUpdates) {
         _disableUpdates = false;
         setNeedUpdateMetrics();
+        updateHints();
         // Nothing listens to announcements here, so re-announcing the held keys is only emptying them.
         if (_hasDisabledUpdates) _changedKeys.clear();
     }
@@ -246,6 +249,9 @@ std::shared_ptr<VLLayer> VLLayer::copyThin(bool thin) const
     Shapes shapes;
     for (const auto& shape : _shapes) shapes.push_back(shape->copy());
     copy->addShapes(shapes);
+    Hints hints;
+    for (const auto& hint : _hints) hints.push_back(hint->copyHint());
+    copy->setHintsFast(std::move(hints));
     copy->_layerId = _layerId;
     copy->_associatedMasterId = _associatedMasterId;
     copy->_width = _width;

@@ -17,6 +17,8 @@
 
 class BezierPath;
 class VLFontMaster;
+class VLHint;
+class VLNode;
 
 // One drawing of a glyph, for one master or one special purpose.
 class VLLayer : public VLContainer, public std::enable_shared_from_this<VLLayer> {
@@ -70,6 +72,22 @@ public:
                                                                           std::vector<size_t>& indexPath,
                                                                           const ShapeBlock& block, bool& stop);
 
+    // Hints. The changing operations flush the outline caches, since corner hints shape them.
+    using Hints = std::vector<std::shared_ptr<VLHint>>;
+    const Hints& hints() const { return _hints; }
+    void setHintsFast(Hints hints);
+    void addHint(const std::shared_ptr<VLHint>& hint);
+    // Adds the hint unless an equal one is there.
+    void addHintCheck(const std::shared_ptr<VLHint>& hint);
+    void removeHint(const std::shared_ptr<VLHint>& hint);
+    void insertObject_inHintsAtIndex(const std::shared_ptr<VLHint>& hint, size_t index);
+    void replaceObjectInHintsAtIndex_withObject(size_t index, const std::shared_ptr<VLHint>& hint);
+    void saveHints();
+    void updateHints();
+    void restoreHints();
+    // Path index and node index; the node index wraps in a closed path.
+    std::shared_ptr<VLNode> nodeAtIndexPath(const std::vector<size_t>& indexPath) const;
+
     // Metrics.
     double width() const { return _width; }
     void setWidth(double width);
@@ -118,6 +136,7 @@ private:
 
     std::string _name;
     Shapes _shapes;
+    Hints _hints;
     ValueDictionary _userData;
     std::weak_ptr<VLGlyph> _glyph;
     std::shared_ptr<BezierPath> _bezierPath;

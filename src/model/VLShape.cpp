@@ -51,6 +51,26 @@ std::shared_ptr<VLShape> VLShape::copy() const
     VLException::raiseNotImplemented(__LINE__, "-[VLShape copyWithZone:]");
 }
 
+Rect VLShape::fastBounds() const
+{
+    VLException::raiseNotImplemented(__LINE__, "-[VLShape fastBounds]");
+}
+
+Rect VLShape::fastBoundsTransform(const AffineTransform*) const
+{
+    VLException::raiseNotImplemented(__LINE__, "-[VLShape fastBoundsTransform:]");
+}
+
+void VLShape::transformFast_round(const AffineTransform&, double)
+{
+    VLException::raiseNotImplemented(__LINE__, "-[VLShape transformFast:round:]");
+}
+
+void VLShape::getPositionsFromShape(const VLShape&)
+{
+    VLException::raiseNotImplemented(__LINE__, "-[VLShape getPositionsFromShape:]");
+}
+
 std::shared_ptr<VLLayer> VLShape::layer() const
 {
     auto container = parent();

@@ -8,6 +8,8 @@
 #include <memory>
 #include <string>
 
+class AffineTransform;
+
 // A drawable element of a layer: a path or a component. Operations that only a concrete kind can
 // answer raise "VLNotImplemented" here.
 class VLShape : public std::enable_shared_from_this<VLShape> {
@@ -21,6 +23,11 @@ public:
     virtual uint16_t shapeType() const;
     virtual std::shared_ptr<VLShape> copy() const;
     virtual Rect bounds() const { return Rect(); }
+    virtual Rect fastBounds() const;
+    // The transform may be null.
+    virtual Rect fastBoundsTransform(const AffineTransform* transform) const;
+    virtual void transformFast_round(const AffineTransform& transform, double grid);
+    virtual void getPositionsFromShape(const VLShape& other);
 
     // Navigation: the layer is the parent or the parent's layer.
     std::shared_ptr<VLContainer> parent() const { return _parent.lock(); }

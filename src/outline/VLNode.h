@@ -1,0 +1,88 @@
+#pragma once
+
+#include "model/VLElement.h"
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+class VLPath;
+
+// One point of a path. An on-curve node's type describes the segment that ends at it.
+class VLNode : public VLElement {
+public:
+    static constexpr uint8_t LINE = 1;
+    static constexpr uint8_t MOVE = 17;
+    static constexpr uint8_t CURVE = 35;
+    static constexpr uint8_t QCURVE = 36;
+    static constexpr uint8_t HOBBY = 37;
+    static constexpr uint8_t OFFCURVE = 65;
+    static constexpr uint8_t SPECIAL = 101;
+
+    static constexpr uint8_t SHARP = 0;
+    static constexpr uint8_t SMOOTH = 100;
+    static constexpr uint8_t SMOOTH_OTHER = 102;
+
+    // A line node, sharp, left-oriented.
+    VLNode() = default;
+    static std::shared_ptr<VLNode> init() { return std::make_shared<VLNode>(); }
+    // NaN coordinates become 21 and then coordinates beyond 32000 become 22, so that the two
+    // kinds of broken input stay apart.
+    static std::shared_ptr<VLNode> initWithPosition_type_connection(Point position, uint8_t type, uint8_t connection);
+
+    std::shared_ptr<VLShape> copy() const override { return copyNode(); }
+    // Takes type, connection, positions and orientation; user data and parent stay behind.
+    std::shared_ptr<VLNode> copyNode() const;
+
+    std::shared_ptr<VLPath> parentPath() const;
+    // Both stored positions as they stand, without orientation or guard.
+    void takePositionsFromNode(const VLNode& other);
+
+    uint8_t type() const { return _type; }
+    void setType(uint8_t type);
+    void setTypeFast(uint8_t type) { _type = type; }
+    uint8_t connection() const { return _connection; }
+    void setConnection(uint8_t connection);
+    void setConnectionFast(uint8_t connection) { _connection = connection; }
+    bool isSmooth() const { return (_connection & ~2) == SMOOTH; }
+    bool isOffcurve() const { return _type == OFFCURVE; }
+
+    static const char* typeStringForType(uint8_t type);
+    static char typeTagForType(uint8_t type);
+    std::string typeString() const { return typeStringForType(_type); }
+    char typeTag() const { return typeTagForType(_type); }
+    // An unknown word gives type 0.
+    void setTypeString(const std::string& word);
+
+    // The x is taken back from the orientation first; a change below half a thousandth is
+    // not stored.
+    void setPosition_forLayerWidth(Point position, double width);
+
+    bool canAttachCorner() const { return _type == LINE || _type == CURVE || _type == QCURVE; }
+
+    // Forwarded to the parent path.
+    long nodeIndex() const;
+    void makeNodeFirst();
+    std::shared_ptr<VLNode> nextOncurveNode() const;
+    std::shared_ptr<VLNode> previousOncurveNode() const;
+    void checkConnection();
+
+    void toggleConnection() { toggleConnection(false); }
+    // smoothHandles: line up the handles when the node becomes smooth.
+    void toggleConnection(bool smoothHandles);
+    // Lines up the neighbouring handles through this node.
+    void makeSmooth();
+
+    const ValueDictionary& userData() const { return _userData; }
+    void setUserData(ValueDictionary userData) { _userData = std::move(userData); }
+    Value userDataForKey(const std::string& key) const;
+    void setUserData_forKey(const Value& value, const std::string& key);
+    size_t countOfUserData() const { return _userData.size(); }
+
+    bool isEqualToNode(const VLNode& other) const;
+
+private:
+    uint8_t _type = LINE;
+    uint8_t _connection = SHARP;
+    ValueDictionary _userData;
+};
