@@ -10,6 +10,7 @@ public:
     int8_t orientation() const { return _orientation; }
     // Values of 3 or more mean left.
     void setOrientation(int value);
+    void setOrientationFast(int8_t value) { _orientation = value; }
 
     Point position() const override;
     Point positionPrecise() const override;

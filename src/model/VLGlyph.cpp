@@ -162,12 +162,6 @@ bool VLGlyph::readLayersIfEmpty()
     return !_layers.empty() || readLayersFormat(formatOfParent());
 }
 
-bool VLGlyph::readLayersFormat(uint8_t)
-{
-    // A glyph without layer text in the document has nothing to read.
-    return true;
-}
-
 std::shared_ptr<VLLayer> VLGlyph::layerForId(const std::string& layerId)
 {
     readLayersIfEmpty();

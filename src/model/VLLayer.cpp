@@ -5,6 +5,7 @@
 #include "model/VLGlyph.h"
 #include "model/VLShape.h"
 #include "model/VLUserData.h"
+#include "outline/VLBackgroundImage.h"
 #include "outline/VLHint.h"
 #include "platform/BezierPath.h"
 
@@ -26,6 +27,12 @@ std::shared_ptr<VLLayer> VLLayer::init()
 VLLayer::~VLLayer()
 {
     _disableUpdates = true;
+}
+
+void VLLayer::setBackgroundImage(std::shared_ptr<VLBackgroundImage> image)
+{
+    _backgroundImage = std::move(image);
+    if (_backgroundImage) _backgroundImage->setParent(shared_from_this());
 }
 
 std::shared_ptr<VLFont> VLLayer::font() const

@@ -2,6 +2,7 @@
 
 #include "model/VLColorIndex.h"
 #include "model/VLContainer.h"
+#include "model/VLOrderedDictionary.h"
 #include "model/VLUnsetValue.h"
 #include "platform/Color.h"
 #include "platform/Value.h"
@@ -16,7 +17,10 @@
 #include <vector>
 
 class BezierPath;
+class VLAnchor;
+class VLBackgroundImage;
 class VLFontMaster;
+struct VLPlistParseInfo;
 class VLHint;
 class VLNode;
 
@@ -28,6 +32,9 @@ public:
                                           bool& stop)>;
 
     static std::shared_ptr<VLLayer> init();
+    // A layer record as the document holds it; updates stay disabled until the post-read pass.
+    static std::shared_ptr<VLLayer> initWithVelmorParser_format(VLPlistParseInfo* info, uint8_t format);
+    static constexpr const char* className = "VLLayer";
     ~VLLayer() override;
 
     // Navigation.
@@ -88,8 +95,29 @@ public:
     // Path index and node index; the node index wraps in a closed path.
     std::shared_ptr<VLNode> nodeAtIndexPath(const std::vector<size_t>& indexPath) const;
 
+    // Anchors by name.
+    using Anchors = VLOrderedDictionary<std::shared_ptr<VLAnchor>>;
+    const Anchors& anchors() const { return _anchors; }
+    void setAnchorsFast(Anchors anchors) { _anchors = std::move(anchors); }
+
+    const std::shared_ptr<VLBackgroundImage>& backgroundImage() const { return _backgroundImage; }
+    void setBackgroundImage(std::shared_ptr<VLBackgroundImage> image);
+
+    // Layer attributes, such as the axis rules of special layers.
+    const ValueDictionary& attributes() const { return _attributes; }
+    void setAttributes(ValueDictionary attributes) { _attributes = std::move(attributes); }
+    // Which end of each part axis of a smart glyph this layer stands at.
+    const ValueDictionary& partSelection() const { return _partSelection; }
+    void setPartSelection(ValueDictionary selection) { _partSelection = std::move(selection); }
+
     // Metrics.
     double width() const { return _width; }
+    // Stores the advance as read, without grid or side-bearing upkeep.
+    void setWidthFast(double width) { _width = width; }
+    double vertWidth() const { return _vertWidth; }
+    void setVertWidth(double v) { _vertWidth = v; }
+    double vertOrigin() const { return _vertOrigin; }
+    void setVertOrigin(double v) { _vertOrigin = v; }
     void setWidth(double width);
     double LSB() const { return _LSB; }
     double RSB() const { return _RSB; }
@@ -120,6 +148,7 @@ public:
     void setNeedUpdateMetrics();
     // Seconds since 2001-01-01 of the last flush of the outline caches.
     double lastUpdate() const { return _lastUpdate; }
+    void setLastUpdate(double seconds) { _lastUpdate = seconds; }
 
     // Outlines. bezierPath is the layer's own closed outline and must not be changed by the
     // caller; drawBezierPath hands out a new path with the components added.
@@ -136,6 +165,10 @@ private:
 
     std::string _name;
     Shapes _shapes;
+    Anchors _anchors;
+    std::shared_ptr<VLBackgroundImage> _backgroundImage;
+    ValueDictionary _attributes;
+    ValueDictionary _partSelection;
     Hints _hints;
     ValueDictionary _userData;
     std::weak_ptr<VLGlyph> _glyph;

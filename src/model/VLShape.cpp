@@ -4,6 +4,7 @@
 #include "platform/VLException.h"
 
 #include <cmath>
+#include <cstdlib>
 
 namespace {
 
@@ -147,4 +148,28 @@ void VLShape::roundToGrid(double grid)
 void VLShape::roundToGridFast(double grid)
 {
     setPositionFast(grid >= 0.001 ? roundPoint(position(), grid) : position());
+}
+
+namespace {
+
+bool holdsOnlyNumberCharacters(const std::string& text)
+{
+    return text.find_first_not_of("0123456789+-.") == std::string::npos;
+}
+
+} // namespace
+
+void VLShape::setAttributes_format(const ValueDictionary& attributes, uint8_t)
+{
+    _attributes = attributes;
+    for (const char* key : {"strokeWidth", "strokeHeight"}) {
+        auto it = _attributes.find(key);
+        if (it == _attributes.end() || !it->second.isString() || !holdsOnlyNumberCharacters(it->second.string()))
+            continue;
+        const std::string& text = it->second.string();
+        it->second = text.find('.') != std::string::npos ? Value(std::strtod(text.c_str(), nullptr))
+                                                         : Value(static_cast<int64_t>(std::strtoll(text.c_str(), nullptr, 10)));
+    }
+    auto mask = _attributes.find("mask");
+    if (mask != _attributes.end() && mask->second.isString()) mask->second = Value(mask->second.boolValue());
 }

@@ -8,6 +8,8 @@
 #include <memory>
 #include <string>
 
+struct VLPlistParseInfo;
+
 class AffineTransform;
 
 // A drawable element of a layer: a path or a component. Operations that only a concrete kind can
@@ -19,6 +21,10 @@ public:
     static constexpr uint16_t VLShapeTypeGroup = 8;
 
     virtual ~VLShape() = default;
+
+    // A member of a layer's "shapes": a path or a component, decided by the keys it holds.
+    static std::shared_ptr<VLShape> initWithVelmorParser_format(VLPlistParseInfo* info, uint8_t format);
+    static constexpr const char* className = "VLShape";
 
     virtual uint16_t shapeType() const;
     virtual std::shared_ptr<VLShape> copy() const;
@@ -40,6 +46,8 @@ public:
     void setLocked(bool locked);
 
     const ValueDictionary& attributes() const { return _attributes; }
+    // Stores a copy with the numeric attributes that documents may write as text made numbers.
+    void setAttributes_format(const ValueDictionary& attributes, uint8_t format);
     Value attributeForKey(const std::string& key) const;
     void removeAttributeForKey(const std::string& key);
 
@@ -51,6 +59,7 @@ public:
     virtual Point position() const { return _position; }
     void setPosition(Point p) { _position = p; }
     virtual Point positionPrecise() const { return _positionPrecise; }
+    void setPositionPrecise(Point p) { _positionPrecise = p; }
     void setPositionFast(Point p);
     void setPositionFast_round(Point p, double grid);
     void roundToGrid(double grid);

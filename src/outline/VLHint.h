@@ -19,6 +19,8 @@ using VLIndexPath = std::vector<size_t>;
 
 // A record on a layer that refers to nodes by index path: PostScript and TrueType hinting, and the
 // corner, cap, brush and segment components that bend the outline at draw time.
+struct VLPlistParseInfo;
+
 class VLHint : public VLElement {
 public:
     enum Type : int8_t {
@@ -35,6 +37,9 @@ public:
 
     VLHint();
     static std::shared_ptr<VLHint> init() { return std::make_shared<VLHint>(); }
+    // A hint record of a layer.
+    static std::shared_ptr<VLHint> initWithVelmorParser_format(VLPlistParseInfo* info, uint8_t format);
+    static constexpr const char* className = "VLHint";
     std::shared_ptr<VLShape> copy() const override { return copyHint(); }
     // The copy's node references still point into the source until restore runs.
     std::shared_ptr<VLHint> copyHint() const { return std::make_shared<VLHint>(*this); }

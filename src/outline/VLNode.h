@@ -7,6 +7,7 @@
 #include <string>
 
 class VLPath;
+struct VLPlistParseInfo;
 
 // One point of a path. An on-curve node's type describes the segment that ends at it.
 class VLNode : public VLElement {
@@ -26,6 +27,11 @@ public:
     // A line node, sharp, left-oriented.
     VLNode() = default;
     static std::shared_ptr<VLNode> init() { return std::make_shared<VLNode>(); }
+    // A node in its line form ("x y CURVE SMOOTH") or its list form ((x,y,cs)).
+    static std::shared_ptr<VLNode> initWithVelmorParser_format(VLPlistParseInfo* info, uint8_t format);
+    static constexpr const char* className = "VLNode";
+    bool readLineWithVelmorParser(VLPlistParseInfo* info);
+    bool readListWithVelmorParser_format(VLPlistParseInfo* info, uint8_t format);
     // NaN coordinates become 21 and then coordinates beyond 32000 become 22, so that the two
     // kinds of broken input stay apart.
     static std::shared_ptr<VLNode> initWithPosition_type_connection(Point position, uint8_t type, uint8_t connection);

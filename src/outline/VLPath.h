@@ -10,6 +10,7 @@
 #include <vector>
 
 class AffineTransform;
+struct VLPlistParseInfo;
 
 // An outline: an ordered list of nodes, open or closed. In a closed path the last node is the
 // start point and the first node follows it, so indexes wrap around.
@@ -20,6 +21,10 @@ public:
 
     VLPath() { _nodes.reserve(40); }
     static std::shared_ptr<VLPath> init() { return std::make_shared<VLPath>(); }
+    // A path record: a dictionary, or the quoted line form of its nodes.
+    static std::shared_ptr<VLPath> initWithVelmorParser_format(VLPlistParseInfo* info, uint8_t format);
+    static constexpr const char* className = "VLPath";
+    bool parseVelmorLine_format(VLPlistParseInfo* info, uint8_t format);
 
     uint16_t shapeType() const override { return VLShapeTypePath; }
     std::shared_ptr<VLShape> copy() const override { return copyPath(); }

@@ -7,21 +7,35 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <type_traits>
 #include <vector>
 
 // The loop of every record reader: keys separated by ";" up to a "}", which stays unread.
 // handleKey reads the key at `curr` and its value; false when the key is unknown or its value
-// fails, which fails the record.
-template <typename HandleKey> bool readPlistRecord(VLPlistParseInfo* info, HandleKey&& handleKey)
+// fails, which fails the record. Records with a compact form pass handleLine, which takes over
+// when a round starts with a double quote (stepped over) and ends the record.
+template <typename HandleKey, typename HandleLine>
+bool readPlistRecordOrLine(VLPlistParseInfo* info, HandleKey&& handleKey, HandleLine&& handleLine)
 {
     while (true) {
         if (!skipPlistSpace(info)) return false;
         if (*info->curr == '}') return true;
+        if constexpr (!std::is_same_v<std::decay_t<HandleLine>, std::nullptr_t>) {
+            if (*info->curr == '"') {
+                ++info->curr;
+                return handleLine();
+            }
+        }
         if (!handleKey()) return false;
         if (info->error) return false;
         if (!skipPlistSpace(info) || *info->curr != ';') return true;
         ++info->curr;
     }
+}
+
+template <typename HandleKey> bool readPlistRecord(VLPlistParseInfo* info, HandleKey&& handleKey)
+{
+    return readPlistRecordOrLine(info, handleKey, nullptr);
 }
 
 template <typename K>

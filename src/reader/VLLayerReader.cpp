@@ -1,0 +1,138 @@
+#include "model/VLGlyph.h"
+#include "model/VLLayer.h"
+#include "outline/VLAnchor.h"
+#include "outline/VLBackgroundImage.h"
+#include "outline/VLComponent.h"
+#include "outline/VLHint.h"
+#include "outline/VLPath.h"
+#include "reader/VLPlistLexical.h"
+#include "reader/VLPlistRecordReading.h"
+#include "reader/VLPlistRecords.h"
+#include "reader/VLPlistSkippers.h"
+
+#include <array>
+
+namespace {
+
+bool skipMetricsKeys(VLPlistParseInfo* info)
+{
+    static constexpr std::array<const char*, 13> keys = {
+        "leftMetricsKey",  "metricLeft",      "rightMetricsKey", "metricRight",      "widthMetricsKey",
+        "metricWidth",     "vertWidthMetricsKey", "metricVertWidth", "metricVertOrigin", "topMetricsKey",
+        "metricTop",       "bottomMetricsKey", "metricBottom"};
+    for (const char* key : keys)
+        if (matchPlistKey(info, key, std::char_traits<char>::length(key))) return true;
+    return false;
+}
+
+// Shape lists add to what is there: older layers keep paths in front of components.
+template <typename K> bool readShapes(VLLayer& layer, VLPlistParseInfo* info, uint8_t format, bool atFront)
+{
+    auto shapes = readPlistObjects<K>(info, format);
+    if (!shapes) return false;
+    VLLayer::Shapes all(shapes->begin(), shapes->end());
+    const auto& existing = layer.shapes();
+    if (atFront)
+        all.insert(all.end(), existing.begin(), existing.end());
+    else
+        all.insert(all.begin(), existing.begin(), existing.end());
+    layer.setShapesFast(std::move(all));
+    return true;
+}
+
+bool readAnchors(VLLayer& layer, VLPlistParseInfo* info, uint8_t format)
+{
+    auto anchors = readPlistObjects<VLAnchor>(info, format);
+    if (!anchors) return false;
+    VLLayer::Anchors byName;
+    for (const auto& anchor : *anchors) {
+        anchor->setParent(layer.shared_from_this());
+        byName.setObject_forKey(anchor, anchor->name());
+    }
+    layer.setAnchorsFast(std::move(byName));
+    return true;
+}
+
+bool readHints(VLLayer& layer, VLPlistParseInfo* info, uint8_t format)
+{
+    auto hints = readPlistObjects<VLHint>(info, format);
+    if (!hints) return false;
+    layer.setHintsFast(std::move(*hints));
+    return true;
+}
+
+bool readBackgroundImage(VLLayer& layer, VLPlistParseInfo* info, uint8_t format)
+{
+    if (!skipPlistSpace(info)) return false;
+    auto image = readPlistObject<VLBackgroundImage>(info, format, nullptr);
+    if (image) layer.setBackgroundImage(image);
+    return image != nullptr;
+}
+
+bool readUserData(VLLayer& layer, VLPlistParseInfo* info)
+{
+    Value userData = readPlistMergedDict(info);
+    ValueDictionary entries = userData.dictionary();
+    // Older documents kept the part selection of smart layers in the user data.
+    auto selection = entries.find("PartSelection");
+    if (layer.partSelection().empty() && selection != entries.end()) {
+        layer.setPartSelection(selection->second.dictionary());
+        entries.erase(selection);
+    }
+    for (const auto& [key, value] : entries) layer.setUserData_forKey(value, key);
+    return true;
+}
+
+bool readColor(VLLayer& layer, VLPlistParseInfo* info)
+{
+    if (!skipPlistSpace(info)) return false;
+    if (*info->curr != '(') return layer.setColorIndex(static_cast<uint8_t>(readPlistInteger(info))), true;
+    if (auto color = parsePlistColor(info)) layer.setColor(*color);
+    return true;
+}
+
+bool readLayerKey(VLLayer& layer, VLPlistParseInfo* info, uint8_t format)
+{
+    if (matchKey(info, "name")) return layer.setName(readPlistString(info)), true;
+    if (matchKey(info, "layerId")) {
+        Value layerId = parsePlistStringValue(info);
+        return layer.setLayerId(layerId.string()), !layerId.isNull();
+    }
+    if (skipMetricsKeys(info)) return skipPlistStringValue(info);
+    if (matchKey(info, "associatedMasterId")) return layer.setAssociatedMasterId(readPlistString(info)), true;
+    if (matchKey(info, "width")) return layer.setWidthFast(parsePlistDoubleValue(info)), true;
+    if (matchKey(info, "vertWidth")) return layer.setVertWidth(parsePlistDoubleValue(info)), true;
+    if (matchKey(info, "vertOrigin")) return layer.setVertOrigin(parsePlistDoubleValue(info)), true;
+    if (matchKey(info, "shapes")) return readShapes<VLShape>(layer, info, format, false);
+    if (matchKey(info, "paths")) return readShapes<VLPath>(layer, info, format, true);
+    if (matchKey(info, "attr")) return layer.setAttributes(parsePlistMutableDict(info).dictionary()), true;
+    if (matchKey(info, "partSelection")) {
+        Value selection = parsePlistDict(info);
+        return layer.setPartSelection(selection.dictionary()), !selection.isNull();
+    }
+    if (matchKey(info, "anchors")) return readAnchors(layer, info, format);
+    if (matchKey(info, "components")) return readShapes<VLComponent>(layer, info, format, false);
+    if (matchKey(info, "guideLines") || matchKey(info, "guides")) return skipPlistArray(info);
+    if (matchKey(info, "hints")) return readHints(layer, info, format);
+    if (matchKey(info, "annotations")) return skipPlistArray(info);
+    if (matchKey(info, "backgroundImage")) return readBackgroundImage(layer, info, format);
+    // Background layers are not kept.
+    if (matchKey(info, "background")) return skipPlistDict(info);
+    if (matchKey(info, "visible")) return layer.setVisible(static_cast<uint8_t>(readPlistInteger(info)) != 0), true;
+    if (matchKey(info, "userData")) return readUserData(layer, info);
+    if (matchKey(info, "color")) return readColor(layer, info);
+    if (matchKey(info, ".lastUpdate")) return layer.setLastUpdate(parsePlistDoubleValue(info)), true;
+    return false;
+}
+
+} // namespace
+
+std::shared_ptr<VLLayer> VLLayer::initWithVelmorParser_format(VLPlistParseInfo* info, uint8_t format)
+{
+    auto layer = init();
+    layer->_disableUpdates = true;
+    layer->_width = 0;
+    if (!readPlistRecord(info, [&] { return readLayerKey(*layer, info, format); })) return nullptr;
+    if (layer->_associatedMasterId.empty()) layer->_associatedMasterId = layer->_layerId;
+    return layer;
+}

@@ -1,0 +1,120 @@
+#include "outline/VLNode.h"
+#include "reader/VLPlistCompact.h"
+#include "reader/VLPlistLexical.h"
+#include "reader/VLPlistParser.h"
+#include "reader/VLPlistTypedReaders.h"
+
+namespace {
+
+bool startsNumber(uint8_t c)
+{
+    return c == '-' || isPlistDigit(c);
+}
+
+// User data inside a node; a dictionary that does not parse is passed over, but the node must
+// not stand still on it.
+bool readNodeUserData(VLNode& node, VLPlistParseInfo* info)
+{
+    const uint8_t* before = info->curr;
+    Value userData = parsePlistMutableDict(info);
+    if (userData.isDictionary()) node.setUserData(userData.dictionary());
+    return info->curr != before;
+}
+
+} // namespace
+
+std::shared_ptr<VLNode> VLNode::initWithVelmorParser_format(VLPlistParseInfo* info, uint8_t format)
+{
+    auto node = init();
+    bool ok;
+    if (*info->curr == '(') {
+        ++info->curr;
+        ok = node->readListWithVelmorParser_format(info, format);
+    } else {
+        if (*info->curr == '"') ++info->curr;
+        ok = node->readLineWithVelmorParser(info);
+    }
+    if (!ok) return nullptr;
+    node->setPositionPrecise(node->position());
+    return node;
+}
+
+bool VLNode::readLineWithVelmorParser(VLPlistParseInfo* info)
+{
+    if (!skipPlistSpace(info)) return false;
+    while (true) {
+        skipPlistSpace(info);
+        uint8_t c = *info->curr;
+        switch (c) {
+        case 0:
+        case '\n':
+        case '\r':
+        case ',':
+        case ';': return true;
+        case '"': ++info->curr; return true;
+        case 'L': _type = LINE, stepPlistBlindly(info, 4); continue;
+        case 'C': _type = CURVE, stepPlistBlindly(info, 5); continue;
+        case 'H': _type = HOBBY, stepPlistBlindly(info, 5); continue;
+        case 'Q': _type = QCURVE, stepPlistBlindly(info, 6); continue;
+        case 'O': _type = OFFCURVE, stepPlistBlindly(info, 8); continue;
+        case 'S': _connection = SMOOTH, stepPlistBlindly(info, 6); continue;
+        case 'l': _type = LINE, ++info->curr; continue;
+        case 'c': _type = CURVE, ++info->curr; continue;
+        case 'h': _type = HOBBY, ++info->curr; continue;
+        case 'q': _type = QCURVE, ++info->curr; continue;
+        case 'o': _type = OFFCURVE, ++info->curr; continue;
+        case 's': _connection = SMOOTH, ++info->curr; continue;
+        case 'n': _type = LINE, stepPlistBlindly(info, 3); continue;
+        case '{': {
+            info->inQuotedString = true;
+            bool moved = readNodeUserData(*this, info);
+            info->inQuotedString = false;
+            if (!moved) return false;
+            continue;
+        }
+        default:
+            if (!startsNumber(c)) return false;
+            double x = parsePlistDoubleValue(info);
+            double y = parsePlistDoubleValue(info);
+            setPosition({x, y});
+        }
+    }
+}
+
+bool VLNode::readListWithVelmorParser_format(VLPlistParseInfo* info, uint8_t)
+{
+    if (!skipPlistSpace(info)) return false;
+    while (true) {
+        if (!skipPlistSpace(info)) return false;
+        uint8_t c = *info->curr;
+        switch (c) {
+        case ',':
+        case '\n':
+        case '\r': ++info->curr; continue;
+        case ')': ++info->curr; return true;
+        case 0:
+        case ';': return true;
+        case 'c': _type = CURVE, ++info->curr; continue;
+        case 'h': _type = HOBBY, ++info->curr; continue;
+        case 'l': _type = LINE, ++info->curr; continue;
+        case 'o': _type = OFFCURVE, ++info->curr; continue;
+        case 'q': _type = QCURVE, ++info->curr; continue;
+        case 's':
+        case 'S': _connection = SMOOTH, ++info->curr; continue;
+        case 't': _connection = SMOOTH_OTHER, ++info->curr; continue;
+        case 'C': setOrientationFast(OrientationCenter), ++info->curr; continue;
+        case 'R': setOrientationFast(OrientationRight), ++info->curr; continue;
+        case 'X': _locked = true, ++info->curr; continue;
+        case '{':
+            if (!readNodeUserData(*this, info)) return false;
+            continue;
+        default: {
+            if (!startsNumber(c)) return false;
+            double x = parsePlistDoubleValue(info);
+            stepPlistBlindly(info, 1);
+            double y = parsePlistDoubleValue(info);
+            setPosition({x, y});
+        }
+        }
+    }
+}
