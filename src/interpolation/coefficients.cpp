@@ -51,11 +51,16 @@ bool active_masters_differ(const MasterPositions& masters, const std::vector<Ran
 void remove_dimension(std::vector<double>& target, MasterPositions& masters,
                       std::vector<Ranking>& ranking, std::size_t first, std::size_t d)
 {
-    for (std::size_t m = 0; m < masters.size(); ++m) {
-        if (first < masters.size() && masters[m][d] != masters[first][d]) {
-            ranking[m] = dropped_ranking;
+    if (first < masters.size()) {
+        const double common = masters[first][d];
+        for (std::size_t m = 0; m < masters.size(); ++m) {
+            if (masters[m][d] != common) {
+                ranking[m] = dropped_ranking;
+            }
         }
-        masters[m].erase(masters[m].begin() + static_cast<std::ptrdiff_t>(d));
+    }
+    for (std::vector<double>& position : masters) {
+        position.erase(position.begin() + static_cast<std::ptrdiff_t>(d));
     }
     target.erase(target.begin() + static_cast<std::ptrdiff_t>(d));
 }
