@@ -6,6 +6,8 @@
 #include <limits>
 #include <numeric>
 #include <optional>
+#include <string>
+#include <unordered_map>
 
 namespace {
 
@@ -347,29 +349,33 @@ std::vector<Solution> prune_candidates(const std::vector<Solution>& candidates, 
     return kept;
 }
 
-bool same_sign_pattern(const Solution& a, const Solution& b)
+// For each master whether the candidate uses it negatively, not at all or positively.
+std::string sign_pattern(const Solution& solution)
 {
-    for (std::size_t i = 0; i < a.c.size(); ++i) {
-        if (is_negative(a.c[i]) != is_negative(b.c[i]) || is_positive(a.c[i]) != is_positive(b.c[i])) {
-            return false;
+    std::string pattern(solution.c.size(), '0');
+    for (std::size_t i = 0; i < pattern.size(); ++i) {
+        if (is_negative(solution.c[i])) {
+            pattern[i] = '-';
+        } else if (is_positive(solution.c[i])) {
+            pattern[i] = '+';
         }
     }
-    return true;
+    return pattern;
 }
 
 // Of the candidates that extrapolate from the same masters in the same directions only the
-// least negative one is kept; interpolations are all kept.
+// least negative one is kept; interpolations are all kept. Candidates are compared with the
+// first one kept of their pattern, which a replacement leaves at its place.
 std::vector<Solution> replace_by_sign_pattern(const std::vector<Solution>& candidates)
 {
     std::vector<Solution> kept;
+    std::unordered_map<std::string, std::size_t> first_of_pattern;
     for (const Solution& candidate : candidates) {
-        const auto match = std::find_if(kept.begin(), kept.end(), [&](const Solution& member) {
-            return same_sign_pattern(member, candidate);
-        });
-        if (match == kept.end() || match->negative_sum == 0.0) {
+        const auto [match, is_new] = first_of_pattern.try_emplace(sign_pattern(candidate), kept.size());
+        if (is_new || kept[match->second].negative_sum == 0.0) {
             kept.push_back(candidate);
-        } else if (match->negative_sum < candidate.negative_sum) {
-            *match = candidate;
+        } else if (kept[match->second].negative_sum < candidate.negative_sum) {
+            kept[match->second] = candidate;
         }
     }
     return kept;
