@@ -74,6 +74,12 @@ public:
     void setNeedsUpdateCachedVerticalMetrics();
     double ascenderForLayer(const VLLayer* layer);
     double descenderForLayer(const VLLayer* layer);
+    double italicAngleForLayer(const VLLayer* layer);
+    double xHeightForLayer(const VLLayer* layer);
+    // Half the x-height where no slant height is defined.
+    double slantHeightForLayer(const VLLayer* layer) const;
+    // The height that the glyph's case reaches: cap height, x-height or body height.
+    double topHeightForLayer(const VLLayer* layer) const;
 
     // Location, by axis id.
     const Values& axesValues() const { return _axesValues; }

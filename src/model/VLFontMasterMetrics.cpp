@@ -224,6 +224,40 @@ double VLFontMaster::descenderForLayer(const VLLayer* layer)
     return descender < VLUnsetValue ? descender : defaultDescender();
 }
 
+double VLFontMaster::italicAngleForLayer(const VLLayer* layer)
+{
+    double angle = metricForType_layer(VLMetric::TypeItalicAngle, layer);
+    return angle < VLUnsetValue ? angle : defaultItalicAngle();
+}
+
+double VLFontMaster::xHeightForLayer(const VLLayer* layer)
+{
+    double xHeight = metricForType_layer(VLMetric::TypeXHeight, layer);
+    return xHeight < VLUnsetValue ? xHeight : _xHeight;
+}
+
+double VLFontMaster::slantHeightForLayer(const VLLayer* layer) const
+{
+    double slant = metricForType_layer(VLMetric::TypeSlantHeight, layer);
+    if (slant <= 10000) return slant;
+    double half = defaultMetricForType(VLMetric::TypeXHeight) / 2;
+    return half > 10000 ? 0.0 : half;
+}
+
+double VLFontMaster::topHeightForLayer(const VLLayer* layer) const
+{
+    auto glyph = layer ? layer->glyph() : nullptr;
+    uint8_t glyphCase = glyph ? glyph->glyphCase() : 0;
+    double height;
+    if (glyphCase == 1 || glyphCase == 2 || glyphCase == 3) {
+        height = metricForType_layer(glyphCase == 1 ? VLMetric::TypeCapHeight : VLMetric::TypeXHeight, layer);
+        if (height <= 10 || height >= 100000) height = metricForType_layer(VLMetric::TypeAscender, layer);
+    } else {
+        height = metricForType_layer(VLMetric::TypeBodyHeight, layer);
+    }
+    return height > 100000 ? metricForType_layer(VLMetric::TypeAscender, layer) : height;
+}
+
 double VLFontMaster::axisValueValueForId(const std::string& axisId) const
 {
     auto it = _axesValues.find(axisId);
