@@ -1,7 +1,7 @@
 #include "model/VLLayer.h"
 #include "outline/VLHandle.h"
 #include "outline/VLHint.h"
-#include "outline/VLOutlineMath.h"
+#include "geometry/VLGeometry.h"
 #include "outline/VLPath.h"
 
 

@@ -1,7 +1,7 @@
 #include "outline/VLNode.h"
 
 #include "model/VLUserData.h"
-#include "outline/VLOutlineMath.h"
+#include "geometry/VLGeometry.h"
 #include "outline/VLPath.h"
 
 #include <cmath>
@@ -198,9 +198,9 @@ void VLNode::makeSmooth()
     Point n = next->position();
     double lp = std::sqrt(VLSquareDistance(center, p));
     double ln = std::sqrt(VLSquareDistance(center, n));
-    if (onDiagonalGrid(VLAngleOfVector(p.x - center.x, p.y - center.y)))
+    if (onDiagonalGrid(VLVectorAngle(p.x - center.x, p.y - center.y)))
         return VLPath::setSmooth_withCenterNode_oppositeNode(*next, *this, *previous);
-    if (onDiagonalGrid(VLAngleOfVector(n.x - center.x, n.y - center.y)))
+    if (onDiagonalGrid(VLVectorAngle(n.x - center.x, n.y - center.y)))
         return VLPath::setSmooth_withCenterNode_oppositeNode(*previous, *this, *next);
     if (lp / ln < 0.2) return VLPath::setSmooth_withCenterNode_oppositeNode(*previous, *this, *next);
     if (ln / lp < 0.2) return VLPath::setSmooth_withCenterNode_oppositeNode(*next, *this, *previous);

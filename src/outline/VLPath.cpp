@@ -2,7 +2,7 @@
 
 #include "model/VLFont.h"
 #include "model/VLUnsetValue.h"
-#include "outline/VLOutlineMath.h"
+#include "geometry/VLGeometry.h"
 
 #include <algorithm>
 #include <cmath>
@@ -290,7 +290,7 @@ double VLPath::tangentAngleAtNodeAtIndex_direction(long index, int direction) co
     Point from = nodeAtIndex(index)->position();
     Point to = other->position();
     if (direction < 0) std::swap(from, to);
-    return VLAngleOfVector(to.x - from.x, to.y - from.y);
+    return VLVectorAngle(to.x - from.x, to.y - from.y);
 }
 
 double VLPath::tangentAngleAtNode_direction(const VLNode& node, int direction) const

@@ -1,6 +1,6 @@
+#include "geometry/VLCubic.h"
 #include "model/VLUnsetValue.h"
 #include "outline/VLCurveBounds.h"
-#include "outline/VLOutlineMath.h"
 #include "outline/VLPath.h"
 #include "platform/AffineTransform.h"
 

@@ -1,4 +1,5 @@
-#include "outline/VLOutlineMath.h"
+#include "geometry/VLCubic.h"
+#include "geometry/VLGeometry.h"
 #include "outline/VLPath.h"
 #include "platform/AffineTransform.h"
 
@@ -149,7 +150,7 @@ void VLPath::checkConnectionForNode(VLNode& node)
     Point p = previous->position();
     Point c = node.position();
     Point n = next->position();
-    double d = std::fabs(VLAngleOfVector(p.x - c.x, p.y - c.y) - VLAngleOfVector(c.x - n.x, c.y - n.y));
+    double d = std::fabs(VLVectorAngle(p.x - c.x, p.y - c.y) - VLVectorAngle(c.x - n.x, c.y - n.y));
     // Within two degrees the neighbours are taken as lined up, however long the chord.
     node.setConnection(d < 2.0 ? VLNode::SMOOTH : VLNode::SHARP);
 }

@@ -1,5 +1,6 @@
+#include "geometry/VLCubic.h"
+#include "geometry/VLGeometry.h"
 #include "model/VLUnsetValue.h"
-#include "outline/VLOutlineMath.h"
 #include "outline/VLPath.h"
 
 #include <algorithm>

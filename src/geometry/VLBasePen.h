@@ -1,0 +1,61 @@
+#pragma once
+
+#include "geometry/VLPenProtocol.h"
+#include "model/VLUnsetValue.h"
+
+#include <span>
+
+class VLFont;
+
+// The common ground of the pens: the current point, an optional transform, and the turning of
+// quadratic runs into cubics.
+class VLBasePen : public VLPenProtocol {
+public:
+    VLBasePen() = default;
+    explicit VLBasePen(std::shared_ptr<VLFont> glyphSet) : _glyphSet(std::move(glyphSet)) {}
+
+    const std::shared_ptr<VLFont>& glyphSet() const { return _glyphSet; }
+    const std::optional<AffineTransform>& transform() const { return _transform; }
+    void setTransform(std::optional<AffineTransform> transform) { _transform = std::move(transform); }
+    bool convertQuadratic2Cubic() const { return _convertQuadratic2Cubic; }
+    void setConvertQuadratic2Cubic(bool convert) { _convertQuadratic2Cubic = convert; }
+
+    void moveTo(Point point) override { _lastPoint = point; }
+    void lineTo(Point point) override { _lastPoint = point; }
+    void curveTo_off1_off2(Point end, Point, Point) override { _lastPoint = end; }
+    void closePath() override {}
+    void endPath() override {}
+    // Components draw themselves through the pen once the model can answer their layers.
+    void addComponent_transformation(const std::shared_ptr<VLShape>&, const AffineTransform*) override {}
+    Point lastPoint() const override { return _lastPoint; }
+    void setLastPoint(Point point) override { _lastPoint = point; }
+    // Pens that collect something answer this themselves.
+    bool hasContent() const override;
+
+    void qCurveTo(VLQuadraticPoints& points) override;
+    void qCurveTo(VLBoxedQuadraticPoints& points) override;
+    void qCurveWithPoints_count(Point* points, size_t count) override;
+    // One quadratic from lastPoint as a cubic; curveTo_off1_off2 moves the current point.
+    void _qCurveTo_off(Point end, Point off);
+    // The hook of a pen that keeps quadratics as they are.
+    virtual void _qCurveTo(std::span<const Point> points) { convertQuadraticToCubic(points); }
+    void convertQuadraticToCubic(std::span<const Point> points);
+
+    // The index of the first point that lies on a horizontal or vertical with the point before
+    // it (the last point before the first); -1 for none.
+    static int32_t findFirstExtremePoint(std::span<const Point> points);
+
+protected:
+    Point _lastPoint{VLUnsetValue, 0.0};
+    std::optional<AffineTransform> _transform;
+
+private:
+    // Starts a closed run without on-curve points at the middle of its last and first
+    // off-curve points, which is written into the marker.
+    void startAtImpliedPoint(Point& marker, Point lastOff, Point firstOff);
+    template <typename At>
+    void emitRun(At at, size_t count, bool updateLastPoint);
+
+    std::shared_ptr<VLFont> _glyphSet;
+    bool _convertQuadratic2Cubic = false;
+};
