@@ -16,6 +16,7 @@ public:
     const std::shared_ptr<VLPath>& currentPath() const { return _currPath; }
 
     void beginPath() override;
+    bool respondsToBeginPath() const override { return true; }
     void moveTo(Point point) override { moveTo_connection_selected(point, 0, false); }
     void moveTo_connection_selected(Point point, uint8_t connection, bool selected) override;
     void lineTo(Point point) override { lineTo_connection_selected(point, 0, false); }

@@ -45,6 +45,11 @@ public:
     virtual Point lastPoint() const = 0;
 
     virtual void beginPath() {}
+    // Whether beginPath means something to this pen: a contour may then start on a curve whose
+    // start point is only known at its end.
+    virtual bool respondsToBeginPath() const { return false; }
+    // Pens that collect outlines skip paths of a single node.
+    virtual bool ignoreSingleNodes() const { return false; }
     virtual void moveTo_connection_selected(Point point, uint8_t /*connection*/, bool /*selected*/) { moveTo(point); }
     virtual void lineTo_connection_selected(Point point, uint8_t /*connection*/, bool /*selected*/) { lineTo(point); }
     virtual void curveTo_off1_off2_connection_selected(Point end, Point off1, Point off2, uint8_t /*connection*/,

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <vector>
 
 struct VLPlistParseInfo;
 
@@ -14,6 +15,8 @@ class AffineTransform;
 
 // A drawable element of a layer: a path or a component. Operations that only a concrete kind can
 // answer raise "VLNotImplemented" here.
+class VLPenProtocol;
+
 class VLShape : public std::enable_shared_from_this<VLShape> {
 public:
     static constexpr uint16_t VLShapeTypePath = 2;
@@ -29,6 +32,16 @@ public:
     virtual uint16_t shapeType() const;
     virtual std::shared_ptr<VLShape> copy() const;
     virtual Rect bounds() const { return Rect(); }
+
+    // Drawing into pens; shapes without an outline draw nothing. The open pen receives open
+    // contours, the secondary pen the outline before corners, extraHandles the corner handles.
+    void drawInPen(VLPenProtocol& pen) { drawInPen_openPen_secondaryPen_extraHandles(pen, pen, nullptr, nullptr); }
+    virtual void drawInPen_openPen_secondaryPen_extraHandles(VLPenProtocol&, VLPenProtocol&, VLPenProtocol*,
+                                                             std::vector<Point>*)
+    {
+    }
+    // The stored outline, with no rounding and no corners.
+    virtual void drawSimpleInPen(VLPenProtocol&) {}
     virtual Rect fastBounds() const;
     // The transform may be null.
     virtual Rect fastBoundsTransform(const AffineTransform* transform) const;

@@ -26,6 +26,13 @@ public:
     static constexpr const char* className = "VLPath";
     bool parseVelmorLine_format(VLPlistParseInfo* info, uint8_t format);
 
+    // Drawing: the full walk rounds to the font's grid and removes small outside overlaps between
+    // sharp corners; the simple walk draws the stored nodes.
+    void drawInPen_openPen_secondaryPen_extraHandles(VLPenProtocol& pen, VLPenProtocol& openPen,
+                                                     VLPenProtocol* secondPen, std::vector<Point>* extraHandles) override;
+    void drawSimpleInPen(VLPenProtocol& pen) override;
+    void _drawInPen_secondaryPen(VLPenProtocol& pen, VLPenProtocol* secondPen);
+
     uint16_t shapeType() const override { return VLShapeTypePath; }
     std::shared_ptr<VLShape> copy() const override { return copyPath(); }
     // Nodes are copied without their user data.

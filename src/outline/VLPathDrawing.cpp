@@ -1,0 +1,250 @@
+#include "geometry/VLPenProtocol.h"
+#include "model/VLLayer.h"
+#include "model/VLUnsetValue.h"
+#include "outline/VLNode.h"
+#include "outline/VLPath.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+Point VLRoundToGrid(Point p, double grid)
+{
+    if (grid < 0.1) return p;
+    auto round = [grid](double c) {
+        double r = std::round((c + 1e-07) / grid) * grid;
+        return grid > 1 ? std::round(r) : r;
+    };
+    return {round(p.x), round(p.y)};
+}
+
+namespace {
+
+// The segment that ends at a node (in) or starts there (out), at most a cubic. They live on the
+// walk's stack: no allocation per node.
+struct NodeSegment {
+    std::array<Point, 4> points{};
+    int16_t count = 0;
+};
+
+// One full walk of a path into a pen: grid rounding on the way, handles never coarser than a
+// whole unit.
+class PathWalk {
+public:
+    PathWalk(const VLPath& path, VLPenProtocol& pen)
+        : _path(path), _pen(pen), _n(path.count()), _grid(path.gridLength()), _handleGrid(std::min(_grid, 1.0))
+    {
+    }
+
+    void draw()
+    {
+        if (_path.closed())
+            drawClosed();
+        else
+            drawOpen();
+    }
+
+private:
+    Point onCurve(Point p) const { return VLRoundToGrid(p, _grid); }
+    Point handle(Point p) const { return VLRoundToGrid(p, _handleGrid); }
+    uint8_t typeAt(long index) const
+    {
+        auto node = _path.nodeAtIndex(index);
+        return node ? node->type() : 0;
+    }
+    bool exists(long index) const { return _path.nodeAtIndex(index) != nullptr; }
+
+    void drawOpen()
+    {
+        for (long i = 0; i < _n; ++i) {
+            uint8_t type = typeAt(i);
+            if (type == VLNode::LINE || type == VLNode::CURVE) {
+                _pen.moveTo(onCurve(_path.positionAtIndex(i)));
+                break;
+            }
+        }
+        for (long i = 0; i < _n; ++i)
+            if (prepareInOut(i)) drawNodeDefault(i, false, false);
+        _pen.endPath();
+    }
+
+    void drawClosed()
+    {
+        long i = -1;
+        while (typeAt(i) == VLNode::OFFCURVE && i > -_n) --i;
+        if (typeAt(i) == VLNode::OFFCURVE) return drawAllOffCurve();
+        prepareInOut(i);
+        drawNodeDefault(i, true, false);
+        long end = i + _n + 1;
+        for (++i; i < end; ++i)
+            if (prepareInOut(i)) drawNodeDefault(i, false, i + 1 == end);
+        _pen.closePath();
+    }
+
+    // A TrueType contour without on-curve points: one quadratic run, marked as closed.
+    void drawAllOffCurve()
+    {
+        std::vector<Point> points;
+        points.reserve(static_cast<size_t>(_n) + 1);
+        for (long i = 0; i < _n; ++i) points.push_back(handle(_path.positionAtIndex(i)));
+        points.push_back({VLUnsetValue, 0});
+        _pen.qCurveTo(points);
+        _pen.closePath();
+    }
+
+    // Fills the in and out segments of the node at the index; false when there is nothing to draw.
+    bool prepareInOut(long i)
+    {
+        uint8_t type = typeAt(i);
+        if (type == VLNode::OFFCURVE || type == 0) {
+            _in.count = 0;
+            return false;
+        }
+        if (_out.count >= 1) {
+            _in.count = _out.count;
+            std::reverse_copy(_out.points.begin(), _out.points.begin() + _out.count, _in.points.begin());
+        } else if (type == VLNode::QCURVE) {
+            _in = {{_path.positionAtIndex(i)}, 1};
+        } else if (type == VLNode::CURVE) {
+            if (!exists(i - 3)) return _in.count = 0, false;
+            _in = {{_path.positionAtIndex(i), _path.positionAtIndex(i - 1), _path.positionAtIndex(i - 2),
+                    _path.positionAtIndex(i - 3)},
+                   4};
+        } else {
+            if (!exists(i - 1)) return _in.count = 0, false;
+            _in = {{_path.positionAtIndex(i), _path.positionAtIndex(i - 1)}, 2};
+        }
+        prepareOut(i);
+        return _in.count != 0;
+    }
+
+    void prepareOut(long i)
+    {
+        uint8_t next = typeAt(i + 1);
+        _out.count = 0;
+        if (next == VLNode::LINE || next == VLNode::QCURVE) {
+            _out = {{_path.positionAtIndex(i), _path.positionAtIndex(i + 1)}, 2};
+        } else if (next == VLNode::OFFCURVE && exists(i + 3)) {
+            _out = {{_path.positionAtIndex(i), _path.positionAtIndex(i + 1), _path.positionAtIndex(i + 2),
+                     _path.positionAtIndex(i + 3)},
+                    4};
+        }
+    }
+
+    void drawNodeDefault(long i, bool isFirst, bool isLast)
+    {
+        if (isFirst) {
+            Point start = onCurve(_out.count > 0 ? _out.points[0] : _in.points[1]);
+            if (_in.count == 2 || !_pen.respondsToBeginPath()) {
+                _pen.moveTo(start);
+            } else {
+                _pen.beginPath();
+                _pen.setLastPoint(start);
+            }
+            return;
+        }
+        switch (typeAt(i)) {
+        case VLNode::QCURVE: return drawQuadraticRun(i);
+        case VLNode::CURVE:
+            return _pen.curveTo_off1_off2(onCurve(_in.points[0]), handle(_in.points[2]), handle(_in.points[1]));
+        case VLNode::LINE:
+            // The closing line is left to closePath.
+            if (!isLast) _pen.lineTo(onCurve(_in.points[0]));
+            return;
+        }
+    }
+
+    void drawQuadraticRun(long i)
+    {
+        std::vector<Point> run{onCurve(_path.positionAtIndex(i))};
+        for (long k = i - 1; k > i - _n && typeAt(k) == VLNode::OFFCURVE; --k)
+            run.insert(run.begin(), handle(_path.positionAtIndex(k)));
+        if (run.size() < 2) return _pen.lineTo(run.front());
+        _pen.qCurveTo(run);
+    }
+
+    const VLPath& _path;
+    VLPenProtocol& _pen;
+    long _n;
+    double _grid;
+    double _handleGrid;
+    NodeSegment _in;
+    NodeSegment _out;
+};
+
+} // namespace
+
+void VLPath::drawInPen_openPen_secondaryPen_extraHandles(VLPenProtocol& pen, VLPenProtocol&, VLPenProtocol* secondPen,
+                                                         std::vector<Point>*)
+{
+    if (_nodes.empty()) return;
+    if (_nodes.size() == 1) {
+        if (pen.ignoreSingleNodes()) return;
+        pen.moveTo(_nodes.front()->position());
+        if (_closed) pen.closePath();
+        return;
+    }
+    for (const auto& node : _nodes) {
+        Point p = node->position();
+        if (std::isnan(p.x) || std::isnan(p.y)) node->setPositionFast({0, 0});
+    }
+    convertSpecialToBezier()->_drawInPen_secondaryPen(pen, secondPen);
+}
+
+// Corner, cap, brush and segment components are not drawn yet: their hints leave the nodes to
+// the default drawing, as a missing corner glyph does.
+void VLPath::_drawInPen_secondaryPen(VLPenProtocol& pen, VLPenProtocol*)
+{
+    PathWalk(*this, pen).draw();
+}
+
+void VLPath::drawSimpleInPen(VLPenProtocol& pen)
+{
+    if (_nodes.empty()) return;
+    long n = count();
+    std::vector<Point> run;
+    long first = 1;
+    if (!_closed) {
+        pen.moveTo(_nodes.front()->position());
+    } else {
+        long last = n - 1;
+        while (last >= 0 && _nodes[static_cast<size_t>(last)]->type() == VLNode::OFFCURVE) --last;
+        if (last < 0) {
+            for (const auto& node : _nodes) run.push_back(node->position());
+            run.push_back({VLUnsetValue, 0});
+            pen.qCurveTo(run);
+            pen.closePath();
+            return;
+        }
+        const auto& start = _nodes[static_cast<size_t>(last)];
+        if ((start->type() == VLNode::CURVE || start->type() == VLNode::QCURVE) && pen.respondsToBeginPath()) {
+            pen.beginPath();
+            pen.setLastPoint(start->position());
+        } else {
+            pen.moveTo(start->position());
+        }
+        for (long k = last + 1; k < n; ++k) run.push_back(_nodes[static_cast<size_t>(k)]->position());
+        first = 0;
+        n = last + 1;
+    }
+    for (long k = first; k < n; ++k) {
+        const auto& node = _nodes[static_cast<size_t>(k)];
+        switch (node->type()) {
+        case VLNode::LINE: pen.lineTo(node->position()); break;
+        case VLNode::CURVE:
+            if (run.size() >= 2) pen.curveTo_off1_off2(node->position(), run[run.size() - 2], run.back());
+            run.clear();
+            break;
+        case VLNode::OFFCURVE: run.push_back(node->position()); break;
+        case VLNode::QCURVE:
+            run.push_back(node->position());
+            pen.qCurveTo(run);
+            run.clear();
+            break;
+        }
+    }
+    if (_closed)
+        pen.closePath();
+    else
+        pen.endPath();
+}
