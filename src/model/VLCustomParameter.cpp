@@ -35,11 +35,6 @@ void VLCustomParameter::validateValueFormat(uint8_t)
     _isValidated = true;
 }
 
-std::string VLCustomParameter::stringValue() const
-{
-    return _value.isString() ? _value.string() : _value.description();
-}
-
 int64_t VLCustomParameter::integerValue() const
 {
     return static_cast<int64_t>(std::llround(_value.doubleValue()));
@@ -53,11 +48,6 @@ double VLCustomParameter::localizedValueForScript(const std::string& script) con
     if (colon == std::string::npos) return script == "default" ? _value.doubleValue() : VLUnsetValue;
     if (text.compare(0, colon, script) != 0) return VLUnsetValue;
     return std::strtod(text.c_str() + colon + 1, nullptr);
-}
-
-bool VLCustomParameter::isEqual(const VLCustomParameter& other) const
-{
-    return _active == other._active && _name == other._name && _value == other._value;
 }
 
 namespace {

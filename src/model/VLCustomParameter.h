@@ -37,17 +37,10 @@ public:
     bool isValidated() const { return _isValidated; }
     void postRead(uint8_t format) { validateValueFormat(format); }
 
-    // Readings of the value; 0 or null when the value doesn't convert.
-    std::string stringValue() const;
-    bool boolValue() const { return _value.boolValue(); }
-    float floatValue() const { return static_cast<float>(_value.doubleValue()); }
-    // Rounded to nearest, halves away from zero.
+    // The value as a number rounded to nearest, halves away from zero; 0 when it isn't one.
     int64_t integerValue() const;
-    std::optional<Color> colorValue() const { return colorFromValue(_value); }
     // "script:number" for that script, or a plain number for "default"; VLUnsetValue otherwise.
     double localizedValueForScript(const std::string& script) const;
-
-    bool isEqual(const VLCustomParameter& other) const;
 
     // A colour as stored, or its components 0-255 as a list or as text joined by commas:
     // white and alpha, RGB, RGBA, or CMYK and alpha. Anything else gives nothing.

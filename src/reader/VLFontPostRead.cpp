@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <cctype>
 #include <mutex>
+#include <optional>
 
 namespace {
 
