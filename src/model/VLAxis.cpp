@@ -6,6 +6,7 @@
 #include <array>
 #include <cctype>
 #include <cmath>
+#include <cstdio>
 #include <utility>
 
 namespace {
@@ -44,6 +45,13 @@ std::optional<std::string> VLAxis::nameForAxisTag(const std::string& tag)
     for (const auto& [axisName, axisTag] : nameToTag)
         if (tag == axisTag) return axisName;
     return std::nullopt;
+}
+
+std::string VLAxis::axisIdForNumber(size_t number)
+{
+    char axisId[24];
+    std::snprintf(axisId, sizeof axisId, "a%.2zu", number);
+    return axisId;
 }
 
 std::shared_ptr<VLAxis> VLAxis::init()

@@ -40,6 +40,9 @@ public:
     std::shared_ptr<VLFont> parent() const { return _parent.lock(); }
     void setParent(const std::shared_ptr<VLFont>& font) { _parent = font; }
 
+    // "a01", "a02" and on: the ids of axes that a document lists without ids of their own.
+    static std::string axisIdForNumber(size_t number);
+
     static std::optional<std::string> tagForAxisName(const std::string& name);
     static std::optional<std::string> nameForAxisTag(const std::string& tag);
 

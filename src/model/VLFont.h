@@ -1,6 +1,7 @@
 #pragma once
 
 #include "model/VLContainer.h"
+#include "model/VLCustomParameterOwner.h"
 #include "platform/Value.h"
 #include "reader/VLPlistParseInfo.h"
 
@@ -20,8 +21,9 @@ class VLMetric;
 struct VLError;
 
 // One document: glyphs, masters and the font-wide settings that drawing needs.
-class VLFont : public VLContainer, public std::enable_shared_from_this<VLFont> {
+class VLFont : public VLContainer, public VLCustomParameterOwner, public std::enable_shared_from_this<VLFont> {
 public:
+    VLFont() : VLCustomParameterOwner(false) {}
     enum FontType : int8_t { FontTypeDefault = 0, FontTypeVariable = 1, FontTypeLayerFont = 2, FontTypeIconSet = 3 };
 
     // A new font holding exactly one master "m01" made with initFast.
@@ -32,6 +34,9 @@ public:
     static std::shared_ptr<VLFont> initWithURL_error(const std::string& path, VLError* error);
     // The streaming route over the text form and packages, without the post-read pass.
     static std::shared_ptr<VLFont> initWithVelmorFileAtPath_error(const std::string& path, VLError* error);
+    // Finishes a font once everything is read: resolves the read buffers, moves what older
+    // documents say in older ways into the current model, and numbers the glyphs by their place.
+    bool postRead(VLError* error);
     // Reads the font-level keys from the parse info, which stands behind the opening brace.
     bool readWithVelmorParser(VLPlistParseInfo* info);
     // Reads the ".glyph" files of a package's glyph folder in parallel, sorted by glyphId.
@@ -85,6 +90,10 @@ public:
     const std::vector<std::shared_ptr<VLAxis>>& axes() const { return _axes; }
     void setAxes(std::vector<std::shared_ptr<VLAxis>> axes);
     void addAxis(const std::shared_ptr<VLAxis>& axis);
+    // The axes that older documents imply: as many of weight, width and four custom axes as
+    // the masters' "interpolations" use, at least one.
+    std::vector<std::shared_ptr<VLAxis>> legacyAxes();
+    static size_t getAxisCountFromMasters(const std::vector<std::shared_ptr<VLFontMaster>>& masters);
     size_t countOfAxes() const { return _axes.size(); }
     std::shared_ptr<VLAxis> objectInAxesAtIndex(size_t index) const;
     std::shared_ptr<VLAxis> axisForId(const std::string& axisId) const;
@@ -103,6 +112,7 @@ public:
                                                                       const std::optional<std::string>& filter) const;
     const Metrics& stems() const { return _stems; }
     void setStems(Metrics stems);
+    void addStem(const std::shared_ptr<VLMetric>& stem);
     std::shared_ptr<VLMetric> stemForId(const std::string& metricId) const;
     std::shared_ptr<VLMetric> stemForName(const std::string& name) const;
     const Metrics& numbers() const { return _numbers; }
@@ -130,6 +140,8 @@ public:
     void setDisablesAutomaticAlignment(bool v) { _disablesAutomaticAlignment = v; }
     bool keepAlternatesTogether() const { return _keepAlternatesTogether; }
     void setKeepAlternatesTogether(bool v) { _keepAlternatesTogether = v; }
+    const std::string& note() const { return _note; }
+    void setNote(const std::string& note) { _note = note; }
     const std::string& fontName() const { return _fontName; }
     void setFontName(const std::string& name) { _fontName = name; }
     uint8_t formatVersion() const { return _formatVersion; }
@@ -170,6 +182,8 @@ public:
 
 private:
     bool readPackageGlyphs(const std::string& folder, VLError* error);
+    void postReadAxesFromParameters();
+    bool postReadGlyphs(VLError* error);
     static std::shared_ptr<VLFont> initWithPropertyListAtPath_error(const std::string& path, VLError* error);
 
     std::vector<std::shared_ptr<VLGlyph>> _glyphs;
@@ -193,6 +207,7 @@ private:
     bool _disabledChanges = false;
     std::optional<std::set<std::string>> _disabledChangeKeys;
     std::string _fontName;
+    std::string _note;
     // Keeps the document text mapped: glyphs read their layers from it on demand.
     VLPlistParseInfo _pInfo;
     std::optional<ValueDictionary> _tempData;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "model/VLCustomParameterOwner.h"
 #include "model/VLUnsetValue.h"
 #include "platform/Value.h"
 
@@ -10,14 +11,17 @@
 #include <string>
 
 class VLFont;
+class VLGlyph;
 class VLLayer;
 struct VLPlistParseInfo;
 class VLMetric;
 class VLMetricValue;
+struct VLError;
 
 // One master of a font: a location in the design space with its own metrics.
-class VLFontMaster {
+class VLFontMaster : public VLCustomParameterOwner {
 public:
+    VLFontMaster() : VLCustomParameterOwner(true) {}
     // A master for editing: a new UUID as id, named "Regular", with the usual vertical metrics.
     static std::shared_ptr<VLFontMaster> init();
     // A master for the readers: every field empty, metrics not yet computed.
@@ -25,6 +29,9 @@ public:
     // Reads a master record; the parse info stands behind its opening brace.
     static std::shared_ptr<VLFontMaster> initWithVelmorParser_format(VLPlistParseInfo* info, uint8_t format);
     static constexpr const char* className = "VLFontMaster";
+    // Runs when the font's axes and metrics are known: turns the read buffer and, for format 1,
+    // the legacy values into metrics, stems and the location.
+    bool postRead_format(VLError* error, uint8_t format);
 
     const std::string& id() const { return _id; }
     void setId(const std::string& id) { _id = id; }
@@ -70,6 +77,11 @@ public:
     void setDefaultXHeight(double v);
     void setDefaultItalicAngle(double v);
     void setDefaultMetric_forType(double position, uint8_t type);
+    // Stores a new value for the metric of that type, name and filter, which is added if missing.
+    std::shared_ptr<VLMetricValue> setMetricPosition_overshoot_type_name_filter(double position, double overshoot,
+                                                                                uint8_t type,
+                                                                                const std::optional<std::string>& name,
+                                                                                const std::optional<std::string>& filter);
     void setDefaultMetric_overshoot_forType(double position, double overshoot, uint8_t type);
     void setNeedsUpdateCachedVerticalMetrics();
     double ascenderForLayer(const VLLayer* layer);
@@ -92,6 +104,18 @@ public:
     void setReadBuffer_forKey(const Value& value, const std::string& key);
     void loadReadBuffer();
     void _readMetric_withFilter_fromBuffer(uint8_t type, const std::optional<std::string>& filter, const std::string& key);
+
+    // A null value removes the first parameter of the name; otherwise that one takes the value,
+    // or a new parameter is added.
+    void setCustomValue_forKey(const Value& value, const std::string& key);
+    // Values of the form "script:number", or a plain number for the script "default".
+    double localizedCustomValueForKey_script(const std::string& key, const std::string& script) const;
+    // By the script of the layer's glyph; only values with a script prefix count.
+    double localizedCustomValueForKey_layer(const std::string& key, const VLLayer* layer) const;
+    // The text after the ":" of a value whose script fits the glyph, or null; a value without
+    // ":", or one that is not text, comes back as it is.
+    static Value localizedParameter_glyph(const Value& value, const VLGlyph* glyph);
+    static double localizedParameterValue_glyph(const Value& value, const VLGlyph* glyph);
 
     bool visible() const { return _visible; }
     void setVisible(bool visible) { _visible = visible; }

@@ -177,6 +177,24 @@ void VLFontMaster::setDefaultMetric_overshoot_forType(double position, double ov
     if (overshoot < 100000) value->setOvershoot(overshoot);
 }
 
+std::shared_ptr<VLMetricValue> VLFontMaster::setMetricPosition_overshoot_type_name_filter(
+    double position, double overshoot, uint8_t type, const std::optional<std::string>& name,
+    const std::optional<std::string>& filter)
+{
+    if (!_font) return nullptr;
+    auto metric = _font->objectInMetricsWithType_withName_filter(type, name, filter);
+    if (!metric) {
+        metric = VLMetric::init();
+        metric->setType(type);
+        metric->setName(name);
+        if (filter) metric->setFilterString(*filter);
+        _font->addMetric(metric);
+    }
+    auto value = VLMetricValue::initWithPosition_overshoot(position, overshoot);
+    setMetricValue_forId(value, metric->id());
+    return value;
+}
+
 void VLFontMaster::setDefaultMetric_forType(double position, uint8_t type)
 {
     setDefaultMetric_overshoot_forType(position, VLUnsetValue, type);

@@ -33,6 +33,13 @@ void VLFont::setStems(Metrics stems)
     for (const auto& metric : _stems) adopt(*this, *metric);
 }
 
+void VLFont::addStem(const std::shared_ptr<VLMetric>& stem)
+{
+    if (!stem) return;
+    adopt(*this, *stem);
+    _stems.push_back(stem);
+}
+
 void VLFont::setNumbers(Metrics numbers)
 {
     _numbers = std::move(numbers);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "model/VLCustomParameterOwner.h"
 #include "model/VLOrderedDictionary.h"
 #include "platform/Value.h"
 
@@ -11,10 +12,12 @@
 
 class VLFont;
 class VLMetricValue;
+struct VLError;
 
 // A named location in the font's design space.
-class VLInstance {
+class VLInstance : public VLCustomParameterOwner {
 public:
+    VLInstance() : VLCustomParameterOwner(true) {}
     enum Type : int64_t { TypeSingle = 0, TypeVariable = 1, TypeIcon = 2 };
     using AxesValues = std::map<std::string, std::shared_ptr<VLMetricValue>, std::less<>>;
 
@@ -24,6 +27,8 @@ public:
     // The document's instance dictionary; the font gives the axes that "axesValues" refers to.
     static std::shared_ptr<VLInstance> initWithDict_container_format(const Value& dict, VLFont* font, uint8_t format);
     static constexpr const char* className = "VLInstance";
+    // Places an instance of an older document on the font's axes from its "interpolations".
+    bool postRead_format(VLError* error, uint8_t format);
 
     int64_t type() const { return _type; }
     // "single", "variable" or "icon"; nothing for other types.

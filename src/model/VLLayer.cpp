@@ -271,3 +271,21 @@ std::shared_ptr<VLLayer> VLLayer::copyThin(bool thin) const
     if (_colorIndex >= 12 && !thin) copy->_color = _color;
     return copy;
 }
+
+Value VLLayer::attributeForKey(const std::string& key) const
+{
+    auto it = _attributes.find(key);
+    return it == _attributes.end() ? Value() : it->second;
+}
+
+void VLLayer::setAttribute_forKey(const Value& value, const std::string& key)
+{
+    VLSetUserData(_attributes, value, key);
+}
+
+void VLLayer::setReadBuffer_forKey(const Value& value, const std::string& key)
+{
+    if (value.isNull()) return;
+    if (!_readBuffer) _readBuffer.emplace();
+    (*_readBuffer)[key] = value;
+}

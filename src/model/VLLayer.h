@@ -23,6 +23,7 @@ class VLFontMaster;
 struct VLPlistParseInfo;
 class VLHint;
 class VLNode;
+struct VLError;
 
 // One drawing of a glyph, for one master or one special purpose.
 class VLLayer : public VLContainer, public std::enable_shared_from_this<VLLayer> {
@@ -57,6 +58,25 @@ public:
     // The font's master of associatedMasterId; the Fast form has no fallback to the first master.
     std::shared_ptr<VLFontMaster> associatedFontMaster() const;
     std::shared_ptr<VLFontMaster> associatedFontMasterFast() const;
+
+    // What makes a layer special (axis rules, coordinates, colour); set as they stand, without
+    // the normalisation that shapes do. A null value removes the key.
+    const ValueDictionary& attributes() const { return _attributes; }
+    Value attributeForKey(const std::string& key) const;
+    void setAttribute_forKey(const Value& value, const std::string& key);
+    void removeAttributeForKey(const std::string& key) { _attributes.erase(key); }
+
+    // Raw values kept between reading and the post-read pass.
+    const std::optional<ValueDictionary>& readBuffer() const { return _readBuffer; }
+    void setReadBuffer_forKey(const Value& value, const std::string& key);
+
+    // Runs when the layer has been read and its glyph belongs to the font: turns the attributes
+    // into dictionaries by axis id, and for format 1 the old special layer names into attributes.
+    // False for axis rules or coordinates that are not lists.
+    bool postRead_format(VLError* error, uint8_t format);
+    // The kind of special layer an old name describes, '[', ']', '{' or 0 for none, with its
+    // numbers written into values, as far as they reach, and their count into count.
+    static char _specialLayerInfoAxes_count(const std::string& name, std::vector<double>& values, size_t& count);
 
     // Shapes.
     const Shapes& shapes() const { return _shapes; }
@@ -163,7 +183,13 @@ public:
 private:
     void _updateDrawBezierPaths();
 
+    void postReadColorName();
+    void postReadSpecialName();
+    void postReadShapes(VLError* error, uint8_t format);
+
     std::string _name;
+    ValueDictionary _attributes;
+    std::optional<ValueDictionary> _readBuffer;
     Shapes _shapes;
     Anchors _anchors;
     std::shared_ptr<VLBackgroundImage> _backgroundImage;

@@ -12,6 +12,7 @@
 struct VLPlistParseInfo;
 
 class AffineTransform;
+struct VLError;
 
 // A drawable element of a layer: a path or a component. Operations that only a concrete kind can
 // answer raise "VLNotImplemented" here.
@@ -47,6 +48,8 @@ public:
     virtual Rect fastBoundsTransform(const AffineTransform* transform) const;
     virtual void transformFast_round(const AffineTransform& transform, double grid);
     virtual void getPositionsFromShape(const VLShape& other);
+    // Resolves what a document stores relative to its own place: a relative "fillPatternFile".
+    virtual bool postRead_format(VLError* error, uint8_t format);
 
     // Navigation: the layer is the parent or the parent's layer.
     std::shared_ptr<VLContainer> parent() const { return _parent.lock(); }

@@ -10,7 +10,6 @@
 #include "reader/VLPlistRecords.h"
 #include "reader/VLPlistSkippers.h"
 
-#include <cstdio>
 
 namespace {
 
@@ -30,11 +29,7 @@ KeyResult readAxes(VLFont& font, VLPlistParseInfo* info)
 {
     auto axes = readPlistObjects<VLAxis>(info, font.formatVersion());
     if (!axes) return KeyResult::Failed;
-    char axisId[16];
-    for (size_t i = 0; i < axes->size(); ++i) {
-        std::snprintf(axisId, sizeof axisId, "a%.2d", static_cast<int>(i + 1));
-        (*axes)[i]->setAxisId(axisId);
-    }
+    for (size_t i = 0; i < axes->size(); ++i) (*axes)[i]->setAxisId(VLAxis::axisIdForNumber(i + 1));
     font.setAxes(std::move(*axes));
     return KeyResult::Handled;
 }

@@ -44,6 +44,7 @@ std::shared_ptr<VLFont> VLFont::initWithURL_error(const std::string& path, VLErr
     auto font = initWithVelmorFileAtPath_error(path, error);
     if (!font) return nullptr;
     font->setTempData_forKey(Value(path), "filePath");
+    if (!font->postRead(error)) return nullptr;
     font->enableUpdateInterface();
     return font;
 }

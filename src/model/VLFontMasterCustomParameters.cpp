@@ -1,0 +1,73 @@
+#include "model/VLCustomParameter.h"
+#include "model/VLFontMaster.h"
+#include "model/VLGlyph.h"
+#include "model/VLLayer.h"
+
+#include <algorithm>
+
+namespace {
+
+// Kana glyphs name their variant in the glyph name, so a prefix found there counts as well.
+bool scriptFits(std::string_view prefix, const VLGlyph* glyph)
+{
+    if (!glyph) return false;
+    if (prefix == glyph->script()) return true;
+    return glyph->script() == "kana" && glyph->name().find(prefix) != std::string::npos;
+}
+
+} // namespace
+
+void VLFontMaster::setCustomValue_forKey(const Value& value, const std::string& key)
+{
+    if (key.empty()) return;
+    const auto& list = customParameters();
+    auto it = std::find_if(list.begin(), list.end(), [&](const auto& parameter) { return parameter->name() == key; });
+    if (value.isNull()) {
+        if (it != list.end()) removeObjectFromCustomParametersAtIndex(static_cast<size_t>(it - list.begin()));
+    } else if (it != list.end()) {
+        (*it)->setValue(value);
+    } else {
+        addCustomParameter(VLCustomParameter::initWithName_value(key, value));
+    }
+}
+
+double VLFontMaster::localizedCustomValueForKey_script(const std::string& key, const std::string& script) const
+{
+    if (key.empty() || script.size() < 2) return VLUnsetValue;
+    for (const auto& parameter : customParameters()) {
+        if (!parameter->active() || parameter->name() != key) continue;
+        double value = parameter->localizedValueForScript(script);
+        if (value != VLUnsetValue) return static_cast<float>(value);
+    }
+    return VLUnsetValue;
+}
+
+double VLFontMaster::localizedCustomValueForKey_layer(const std::string& key, const VLLayer* layer) const
+{
+    auto glyph = layer ? layer->glyph() : nullptr;
+    if (key.empty() || !glyph || glyph->script().size() < 2) return VLUnsetValue;
+    for (const auto& parameter : customParameters()) {
+        if (!parameter->active() || parameter->name() != key) continue;
+        const Value& value = parameter->value();
+        if (!value.isString() || value.string().find(':') == std::string::npos) continue;
+        double number = localizedParameterValue_glyph(value, glyph.get());
+        if (number != VLUnsetValue) return number;
+    }
+    return VLUnsetValue;
+}
+
+Value VLFontMaster::localizedParameter_glyph(const Value& value, const VLGlyph* glyph)
+{
+    if (!value.isString()) return value;
+    const std::string& text = value.string();
+    size_t colon = text.find(':');
+    if (colon == std::string::npos) return value;
+    if (!scriptFits(std::string_view(text).substr(0, colon), glyph)) return Value();
+    return Value(text.substr(colon + 1));
+}
+
+double VLFontMaster::localizedParameterValue_glyph(const Value& value, const VLGlyph* glyph)
+{
+    Value localized = localizedParameter_glyph(value, glyph);
+    return localized.isNull() ? VLUnsetValue : static_cast<float>(localized.doubleValue());
+}
