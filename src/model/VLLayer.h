@@ -123,8 +123,6 @@ public:
     const std::shared_ptr<VLBackgroundImage>& backgroundImage() const { return _backgroundImage; }
     void setBackgroundImage(std::shared_ptr<VLBackgroundImage> image);
 
-    // Layer attributes, such as the axis rules of special layers.
-    const ValueDictionary& attributes() const { return _attributes; }
     void setAttributes(ValueDictionary attributes) { _attributes = std::move(attributes); }
     // Which end of each part axis of a smart glyph this layer stands at.
     const ValueDictionary& partSelection() const { return _partSelection; }
@@ -193,7 +191,6 @@ private:
     Shapes _shapes;
     Anchors _anchors;
     std::shared_ptr<VLBackgroundImage> _backgroundImage;
-    ValueDictionary _attributes;
     ValueDictionary _partSelection;
     Hints _hints;
     ValueDictionary _userData;

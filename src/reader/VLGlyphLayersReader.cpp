@@ -20,6 +20,7 @@ bool VLGlyph::readLayersFormat(uint8_t format)
         if (layer->layerId().empty()) continue;
         layer->setParent(shared_from_this());
         _layers.setObject_forKey(layer, layer->layerId());
+        layer->postRead_format(nullptr, format);
     }
     return true;
 }
