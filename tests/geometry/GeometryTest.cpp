@@ -1,4 +1,5 @@
 #include "geometry/VLCubic.h"
+#include "geometry/VLCubicIntersections.h"
 #include "geometry/VLGeometry.h"
 
 #include <gtest/gtest.h>
