@@ -53,11 +53,6 @@ bool VLHandlesNearChord(const VLCubic& cubic);
 // Real roots of a t^3 + b t^2 + c t + d within -0.0001 to 1.0001, written to roots; the count.
 int VLRootsOfCubic(double a, double b, double c, double d, double roots[3]);
 
-// Crossings of two cubics, unsorted and possibly repeated.
-std::vector<Point> VLCubicIntersections(const VLCubic& a, const VLCubic& b, int depth = 0);
-// As VLCubicIntersections with b extended from t = -0.3 to 1.3, to find where it would meet a.
-std::vector<Point> VLExtendedCubicIntersections(const VLCubic& a, const VLCubic& b);
-
 // Splits the quadratic of a TrueType run (start, off-curve points, end) whose off-curve point is
 // the integer part of pathTime, at the fraction. before and after are the new off-curve points
 // around the new on-curve point; an index that names no off-curve point gives x = VLUnsetValue.
