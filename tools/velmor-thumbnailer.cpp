@@ -11,6 +11,8 @@
 #include <cstdlib>
 #include <cstring>
 #include <string>
+#include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 #include <vector>
 
@@ -92,14 +94,40 @@ std::string describeError(const VLError& error)
     return "The document could not be read.";
 }
 
-// Writes beside the output and renames, so that nobody ever sees half a PNG.
-bool writeAtomically(const GraphicsContext& context, const std::string& output, int width, int height)
+bool writeAll(int fd, const std::vector<uint8_t>& bytes)
+{
+    size_t done = 0;
+    while (done < bytes.size()) {
+        ssize_t n = write(fd, bytes.data() + done, bytes.size() - done);
+        if (n <= 0) return false;
+        done += static_cast<size_t>(n);
+    }
+    return true;
+}
+
+// A thumbnail service that made the output file itself, empty, reads it back through the handle it
+// keeps; the picture must go into that very file, and the service waits for us before reading.
+bool writeIntoEmptyOutput(const std::string& output, const std::vector<uint8_t>& png)
+{
+    struct stat status;
+    if (stat(output.c_str(), &status) != 0 || !S_ISREG(status.st_mode) || status.st_size != 0) return false;
+    int fd = open(output.c_str(), O_WRONLY | O_TRUNC | O_CLOEXEC);
+    if (fd < 0) return false;
+    bool written = writeAll(fd, png);
+    return close(fd) == 0 && written;
+}
+
+// Anywhere else the PNG is written beside the output and renamed, so that nobody ever sees half
+// of it.
+bool writeAtomically(const std::string& output, const std::vector<uint8_t>& png)
 {
     std::string temporary = output + ".XXXXXX";
     int fd = mkstemp(temporary.data());
     if (fd < 0) return false;
-    close(fd);
-    if (context.writePNG(temporary, width, height) && std::rename(temporary.c_str(), output.c_str()) == 0) return true;
+    // A thumbnail is an ordinary file; mkstemp alone would leave it private.
+    fchmod(fd, 0644);
+    bool written = writeAll(fd, png);
+    if (close(fd) == 0 && written && std::rename(temporary.c_str(), output.c_str()) == 0) return true;
     std::remove(temporary.c_str());
     return false;
 }
@@ -123,7 +151,8 @@ int render(const ThumbnailReply& reply, const Options& options)
         width = std::clamp(static_cast<int>(std::ceil(reply.coveredSize().width)), 1, side);
         height = std::clamp(static_cast<int>(std::ceil(reply.coveredSize().height)), 1, side);
     }
-    if (writeAtomically(context, options.output, width, height)) return 0;
+    std::vector<uint8_t> png = context.encodePNG(width, height);
+    if (!png.empty() && (writeIntoEmptyOutput(options.output, png) || writeAtomically(options.output, png))) return 0;
     std::fprintf(stderr, "velmor-thumbnailer: can't write %s: %s\n", options.output.c_str(), std::strerror(errno));
     return exitCannotWrite;
 }

@@ -231,7 +231,11 @@ void VLLayer::setNeedUpdateShapes()
 {
     std::lock_guard lock(_monitor);
     _bezierPath.reset();
+    _bezierPathFastCache.reset();
+    _openBezierPath.reset();
+    _secondaryPath.reset();
     _drawBezierPath.reset();
+    _drawOpenBezierPath.reset();
     _numberOfPaths = -1;
     _numberOfComponents = -1;
     _lastUpdate = VLAbsoluteTimeGetCurrent();

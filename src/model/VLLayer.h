@@ -5,6 +5,7 @@
 #include "model/VLOrderedDictionary.h"
 #include "model/VLUnsetValue.h"
 #include "platform/Color.h"
+#include "platform/Geometry.h"
 #include "platform/Value.h"
 
 #include <cstdint>
@@ -20,6 +21,7 @@ class BezierPath;
 class VLAnchor;
 class VLBackgroundImage;
 class VLFontMaster;
+class VLPenProtocol;
 struct VLPlistParseInfo;
 class VLHint;
 class VLNode;
@@ -168,11 +170,31 @@ public:
     double lastUpdate() const { return _lastUpdate; }
     void setLastUpdate(double seconds) { _lastUpdate = seconds; }
 
-    // Outlines. bezierPath is the layer's own closed outline and must not be changed by the
-    // caller; drawBezierPath hands out a new path with the components added.
-    std::shared_ptr<BezierPath> bezierPath() const { return _bezierPath; }
-    void setBezierPath(std::shared_ptr<BezierPath> path) { _bezierPath = std::move(path); }
+    // Outlines, cached until setNeedUpdateShapes. bezierPath is the layer's own closed outline
+    // and must not be changed by the caller; drawBezierPath hands out a new path with the
+    // components added. Open contours are kept apart, in openBezierPath.
+    std::shared_ptr<BezierPath> bezierPath() { return _bezierPathFast(false); }
+    std::shared_ptr<BezierPath> bezierPathFast() { return _bezierPathFast(true); }
+    const std::shared_ptr<BezierPath>& openBezierPath() const { return _openBezierPath; }
+    std::shared_ptr<BezierPath> _bezierPathFast(bool fast);
     std::shared_ptr<BezierPath> drawBezierPath();
+    std::shared_ptr<BezierPath> drawOpenBezierPath();
+    // Whether drawBezierPath holds real outline.
+    bool hasPaths() const { return _hasPaths; }
+    // Paths drawn into a pen and put back as plain paths: corners and components come out
+    // decomposed. Always true.
+    bool flattenOutlines();
+    // The outline drawn into pens; open contours go to the open pen.
+    void drawInPen_openPen(VLPenProtocol& pen, VLPenProtocol& openPen);
+    // The union of the closed and open outlines with components; the zero rectangle for none.
+    Rect bounds();
+    // From the shapes' own fast bounds, without the caches; x is VLUnsetValue for nothing.
+    Rect fastBounds() const;
+    // The latest change of this layer and of the layers its components show.
+    double lastOperation() const;
+    bool isUpToDate() const;
+    // Drops the caches when a glyph that a component shows has changed since they were made.
+    void updateCorners();
 
     // A copy in ignoring state; the colour comes along only when it is not a palette index and
     // the copy is not thin.
@@ -180,6 +202,7 @@ public:
 
 private:
     void _updateDrawBezierPaths();
+    double _lastComponentOperation() const;
 
     void postReadColorName();
     void postReadSpecialName();
@@ -196,7 +219,12 @@ private:
     ValueDictionary _userData;
     std::weak_ptr<VLGlyph> _glyph;
     std::shared_ptr<BezierPath> _bezierPath;
+    std::shared_ptr<BezierPath> _bezierPathFastCache;
+    std::shared_ptr<BezierPath> _openBezierPath;
+    std::shared_ptr<BezierPath> _secondaryPath;
+    std::vector<Point> _extraHandles;
     std::shared_ptr<BezierPath> _drawBezierPath;
+    std::shared_ptr<BezierPath> _drawOpenBezierPath;
     bool _hasPaths = false;
     long _numberOfPaths = -1;
     long _numberOfComponents = -1;

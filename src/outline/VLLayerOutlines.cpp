@@ -1,15 +1,205 @@
+#include "geometry/VLBezierPathPen.h"
+#include "geometry/VLPathPen.h"
+#include "model/VLFont.h"
+#include "model/VLGlyph.h"
 #include "model/VLLayer.h"
+#include "outline/VLComponent.h"
+#include "outline/VLHint.h"
+#include "outline/VLPath.h"
 #include "platform/BezierPath.h"
+
+#include <algorithm>
+#include <set>
+
+namespace {
+
+constexpr long outlineMinimumElements = 2;
+
+bool isActiveCorner(const VLHint& hint)
+{
+    return hint.isCorner() && (hint.stem() == 0 || hint.stem() == VLHint::StemNone);
+}
+
+// Components are asked once per name.
+template <typename Visit> void forEachComponentName(const VLLayer::Shapes& shapes, Visit&& visit)
+{
+    std::set<std::string> seen;
+    for (const auto& shape : shapes) {
+        if (shape->shapeType() != VLShape::VLShapeTypeComponent) continue;
+        const std::string& name = static_cast<const VLComponent&>(*shape).componentName();
+        if (seen.insert(name).second) visit(name);
+    }
+}
+
+} // namespace
+
+std::shared_ptr<BezierPath> VLLayer::_bezierPathFast(bool fast)
+{
+    std::lock_guard lock(_monitor);
+    if (_shapes.empty()) {
+        _extraHandles.clear();
+        _openBezierPath.reset();
+        return nullptr;
+    }
+    updateCorners();
+    if (_bezierPath) return _bezierPath;
+    if (fast && _bezierPathFastCache) return _bezierPathFastCache;
+
+    auto closed = BezierPath::bezierPath();
+    auto open = BezierPath::bezierPath();
+    std::shared_ptr<VLLayer> working = shared_from_this();
+    if (!fast) {
+        _secondaryPath = BezierPath::bezierPath();
+        _extraHandles.clear();
+        working = copyThin(true);
+        working->setParent(glyph());
+        working->flattenOutlines();
+    }
+    auto secondaryPath = _secondaryPath ? _secondaryPath : BezierPath::bezierPath();
+    VLBezierPathPen secondary(*secondaryPath);
+    for (const auto& shape : working->shapes()) {
+        if (shape->shapeType() != VLShape::VLShapeTypePath) continue;
+        BezierPath contour;
+        VLBezierPathPen pen(contour);
+        shape->drawInPen_openPen_secondaryPen_extraHandles(pen, pen, fast ? nullptr : &secondary, &_extraHandles);
+        long count = contour.elementCount();
+        if (count < outlineMinimumElements) continue;
+        // A path that corners or caps closed counts as closed.
+        bool isOpen = !static_cast<const VLPath&>(*shape).closed() &&
+                      contour.elementAtIndex(count - 2) != BezierPathElement::ClosePath;
+        (isOpen ? open : closed)->appendBezierPath(contour);
+    }
+    if (!fast) _bezierPath = closed;
+    _bezierPathFastCache = closed;
+    if (open->elementCount() >= outlineMinimumElements) _openBezierPath = open;
+    return fast || !_bezierPath ? _bezierPathFastCache : _bezierPath;
+}
+
+bool VLLayer::flattenOutlines()
+{
+    if (_shapes.empty()) return true;
+    Hints hints = _hints;
+    VLPathPen pen;
+    std::unique_ptr<VLBezierPathPen> secondary;
+    if (_secondaryPath) {
+        secondary = std::make_unique<VLBezierPathPen>(*_secondaryPath);
+        for (const auto& shape : _shapes)
+            if (shape->shapeType() == VLShape::VLShapeTypePath) shape->drawSimpleInPen(*secondary);
+    }
+    for (const auto& shape : _shapes) shape->drawInPen_openPen_secondaryPen_extraHandles(pen, pen, secondary.get(), nullptr);
+    // Corners that were drawn are part of the outline now.
+    Hints kept;
+    std::copy_if(hints.begin(), hints.end(), std::back_inserter(kept), [](const auto& h) { return !isActiveCorner(*h); });
+    setHintsFast(std::move(kept));
+    setShapesFast(pen.layer()->shapes());
+    return true;
+}
 
 void VLLayer::_updateDrawBezierPaths()
 {
-    _hasPaths = _bezierPath != nullptr;
-    _drawBezierPath = _hasPaths ? _bezierPath->copy() : BezierPath::bezierPath();
+    updateCorners();
+    if (_drawBezierPath && isUpToDate()) return;
+    auto own = bezierPath();
+    _hasPaths = own != nullptr;
+    auto glyphOfLayer = glyph();
+    if (!glyphOfLayer || glyphOfLayer->name().empty()) {
+        _drawBezierPath.reset();
+        _drawOpenBezierPath.reset();
+        return;
+    }
+    // Components add their outlines once they can draw them.
+    _drawBezierPath = own ? own->copy() : BezierPath::bezierPath();
+    if (!_drawOpenBezierPath) _drawOpenBezierPath = _openBezierPath ? _openBezierPath->copy() : BezierPath::bezierPath();
 }
 
 std::shared_ptr<BezierPath> VLLayer::drawBezierPath()
 {
     std::lock_guard lock(_monitor);
+    _updateDrawBezierPaths();
+    return _drawBezierPath ? _drawBezierPath->copy() : BezierPath::bezierPath();
+}
+
+std::shared_ptr<BezierPath> VLLayer::drawOpenBezierPath()
+{
+    std::lock_guard lock(_monitor);
+    _updateDrawBezierPaths();
+    return _drawOpenBezierPath ? _drawOpenBezierPath->copy() : nullptr;
+}
+
+void VLLayer::drawInPen_openPen(VLPenProtocol& pen, VLPenProtocol& openPen)
+{
+    for (const auto& shape : _shapes) shape->drawInPen_openPen_secondaryPen_extraHandles(pen, openPen, nullptr, nullptr);
+}
+
+Rect VLLayer::bounds()
+{
     if (!_drawBezierPath) _updateDrawBezierPaths();
-    return _drawBezierPath->copy();
+    std::optional<Rect> result;
+    if (_drawBezierPath && _drawBezierPath->elementCount() >= outlineMinimumElements) result = _drawBezierPath->bounds();
+    if (_drawOpenBezierPath && _drawOpenBezierPath->elementCount() >= outlineMinimumElements) {
+        Rect open = _drawOpenBezierPath->bounds();
+        result = result ? unionRect(*result, open) : open;
+    }
+    return result.value_or(Rect());
+}
+
+Rect VLLayer::fastBounds() const
+{
+    double minX = 30000, minY = 30000, maxX = -30000, maxY = -30000;
+    for (const auto& shape : _shapes) {
+        Rect r = shape->fastBounds();
+        minX = std::min(minX, r.minX());
+        minY = std::min(minY, r.minY());
+        maxX = std::max(maxX, r.maxX());
+        maxY = std::max(maxY, r.maxY());
+    }
+    if (maxX == -30000) return {{VLUnsetValue, 0}, {0, 0}};
+    return {{minX, minY}, {maxX - minX, maxY - minY}};
+}
+
+double VLLayer::_lastComponentOperation() const
+{
+    auto glyphOfLayer = glyph();
+    auto font = glyphOfLayer ? glyphOfLayer->font() : nullptr;
+    if (!font || glyphOfLayer->name().empty()) return 0;
+    double latest = 0;
+    forEachComponentName(_shapes, [&](const std::string& name) {
+        if (auto base = font->glyphForName(name)) latest = std::max(latest, base->lastOperationInterval());
+    });
+    for (const auto& hint : _hints)
+        if (hint->isCorner())
+            if (auto corner = font->localGlyphForName(hint->name())) latest = std::max(latest, corner->lastOperationInterval());
+    return latest;
+}
+
+double VLLayer::lastOperation() const
+{
+    return std::max(_lastUpdate, _lastComponentOperation());
+}
+
+bool VLLayer::isUpToDate() const
+{
+    auto glyphOfLayer = glyph();
+    double own = std::max(glyphOfLayer ? glyphOfLayer->lastOperationInterval() : 0.0, _lastUpdate);
+    return own >= _lastComponentOperation();
+}
+
+void VLLayer::updateCorners()
+{
+    auto glyphOfLayer = glyph();
+    auto font = glyphOfLayer ? glyphOfLayer->font() : nullptr;
+    if (!font) return;
+    bool stale = false;
+    for (const auto& hint : _hints) {
+        if (!hint->isCorner()) continue;
+        auto corner = font->glyphForName(hint->name());
+        if (!corner) continue;
+        if (corner->lastOperationInterval() > _lastUpdate) stale = true;
+        if (hint->tempDataForKey("CornerVelmorID").isNull()) hint->setTempData_forKey(Value(corner->id()), "CornerVelmorID");
+    }
+    forEachComponentName(_shapes, [&](const std::string& name) {
+        auto base = font->glyphForName(name);
+        if (base && base->lastOperationInterval() > _lastUpdate) stale = true;
+    });
+    if (stale) setNeedUpdateShapes();
 }

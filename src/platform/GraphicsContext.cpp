@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdio>
 
 namespace {
 
@@ -108,9 +109,10 @@ std::array<uint8_t, 4> GraphicsContext::pixelAt(int x, int y) const
             static_cast<uint8_t>(v >> 24)};
 }
 
-bool GraphicsContext::writePNG(const std::string& path, int width, int height) const
+std::vector<uint8_t> GraphicsContext::encodePNG(int width, int height) const
 {
-    if (width < 1 || height < 1 || width > _width || height > _height) return false;
+    std::vector<uint8_t> bytes;
+    if (width < 1 || height < 1 || width > _width || height > _height) return bytes;
     cairo_surface_flush(_surface);
     cairo_surface_t* part = cairo_image_surface_create(CAIRO_FORMAT_ARGB32, width, height);
     cairo_t* cr = cairo_create(part);
@@ -118,7 +120,22 @@ bool GraphicsContext::writePNG(const std::string& path, int width, int height) c
     cairo_set_operator(cr, CAIRO_OPERATOR_SOURCE);
     cairo_paint(cr);
     cairo_destroy(cr);
-    bool written = cairo_surface_write_to_png(part, path.c_str()) == CAIRO_STATUS_SUCCESS;
+    auto append = [](void* closure, const unsigned char* data, unsigned int length) {
+        auto* out = static_cast<std::vector<uint8_t>*>(closure);
+        out->insert(out->end(), data, data + length);
+        return CAIRO_STATUS_SUCCESS;
+    };
+    if (cairo_surface_write_to_png_stream(part, append, &bytes) != CAIRO_STATUS_SUCCESS) bytes.clear();
     cairo_surface_destroy(part);
-    return written;
+    return bytes;
+}
+
+bool GraphicsContext::writePNG(const std::string& path, int width, int height) const
+{
+    std::vector<uint8_t> bytes = encodePNG(width, height);
+    if (bytes.empty()) return false;
+    FILE* file = std::fopen(path.c_str(), "wb");
+    if (!file) return false;
+    bool written = std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size();
+    return std::fclose(file) == 0 && written;
 }

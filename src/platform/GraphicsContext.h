@@ -7,6 +7,7 @@
 #include <array>
 #include <cstdint>
 #include <string>
+#include <vector>
 
 typedef struct _cairo cairo_t;
 typedef struct _cairo_surface cairo_surface_t;
@@ -45,7 +46,9 @@ public:
 
     // Premultiplied RGBA of one pixel, counted from the bottom-left corner.
     std::array<uint8_t, 4> pixelAt(int x, int y) const;
-    // Writes the part of width by height pixels at the bottom-left corner as a PNG.
+    // The part of width by height pixels at the bottom-left corner as PNG bytes; empty on failure.
+    std::vector<uint8_t> encodePNG(int width, int height) const;
+    // The same, written to a file.
     bool writePNG(const std::string& path, int width, int height) const;
 
 private:

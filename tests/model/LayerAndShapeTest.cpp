@@ -54,20 +54,22 @@ TEST(Layer, WidthIsGridRoundedNeverNegativeAndMovesTheRightSideBearing)
 TEST(Layer, WidthChangeFlushesTheOutlineCaches)
 {
     LayerInFont f;
-    auto path = BezierPath::bezierPath();
-    path->moveToPoint({0, 0});
-    path->lineToPoint({10, 0});
-    path->lineToPoint({10, 10});
-    path->closePath();
-    f.layer->setBezierPath(path);
-    EXPECT_EQ(f.layer->drawBezierPath()->elementCount(), path->elementCount());
+    EXPECT_EQ(f.layer->bezierPath(), nullptr) << "a layer without shapes has no outline";
+    EXPECT_EQ(f.layer->drawBezierPath()->elementCount(), 0) << "but draws an empty path";
+
+    f.layer->addShapeFast(rectanglePath(0, 0, 10, 10));
+    f.layer->setNeedUpdateShapes(); // writers of shapes flush the caches themselves
+    auto outline = f.layer->bezierPath();
+    ASSERT_NE(outline, nullptr);
+    EXPECT_EQ(outline->elementCount(), 6);
+    EXPECT_EQ(f.layer->drawBezierPath()->elementCount(), 6);
+    EXPECT_NE(f.layer->drawBezierPath(), f.layer->drawBezierPath()) << "each caller gets its own copy";
 
     f.layer->setWidth(f.layer->width());
-    EXPECT_NE(f.layer->bezierPath(), nullptr) << "an unchanged width changes nothing";
+    EXPECT_EQ(f.layer->bezierPath(), outline) << "an unchanged width keeps the cache";
     f.layer->setWidth(700);
-    EXPECT_EQ(f.layer->bezierPath(), nullptr);
+    EXPECT_NE(f.layer->bezierPath(), outline) << "a new width rebuilds it";
     EXPECT_GT(f.layer->lastUpdate(), 0);
-    EXPECT_EQ(f.layer->drawBezierPath()->elementCount(), 0) << "a layer without outline draws an empty path";
 }
 
 TEST(Layer, ShapesGetTheirParentAndCountsAreCached)

@@ -1,6 +1,8 @@
 #pragma once
 
 #include "model/VLElement.h"
+#include "outline/VLNode.h"
+#include "outline/VLPath.h"
 
 #include <memory>
 
@@ -14,3 +16,13 @@ public:
 private:
     uint16_t _type;
 };
+
+// A closed rectangle of line nodes that starts at its lower-left corner, as drawn counter-clockwise.
+inline std::shared_ptr<VLPath> rectanglePath(double x0, double y0, double x1, double y1)
+{
+    auto path = VLPath::init();
+    for (Point p : {Point{x1, y0}, Point{x1, y1}, Point{x0, y1}, Point{x0, y0}})
+        path->addNodeFastWithPosition_type_connection(p, VLNode::LINE, VLNode::SHARP);
+    path->setClosed(true);
+    return path;
+}

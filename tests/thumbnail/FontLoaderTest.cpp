@@ -5,21 +5,25 @@
 #include "platform/BezierPath.h"
 #include "platform/GraphicsContext.h"
 #include "platform/VLException.h"
+#include "support/TestShapes.h"
 #include "thumbnail/VLFontLoader.h"
 
 #include <gtest/gtest.h>
 
 namespace {
 
-std::shared_ptr<BezierPath> box(double x0, double y0, double x1, double y1)
+// A layer outline of one rectangle.
+using Outline = std::shared_ptr<VLPath>;
+
+Outline box(double x0, double y0, double x1, double y1)
 {
-    auto path = BezierPath::bezierPath();
-    path->moveToPoint({x0, y0});
-    path->lineToPoint({x1, y0});
-    path->lineToPoint({x1, y1});
-    path->lineToPoint({x0, y1});
-    path->closePath();
-    return path;
+    return rectanglePath(x0, y0, x1, y1);
+}
+
+void setOutline(VLLayer& layer, const std::shared_ptr<VLShape>& outline)
+{
+    layer.setShapesFast({outline});
+    layer.setNeedUpdateShapes();
 }
 
 // A font built in memory: masters with ascender 800 and descender -200, glyphs with one layer
@@ -41,7 +45,7 @@ struct Font {
     }
 
     std::shared_ptr<VLGlyph> add(const std::string& name, std::vector<double> widths,
-                                 std::shared_ptr<BezierPath> outline = nullptr, const std::string& category = "")
+                                 Outline outline = nullptr, const std::string& category = "")
     {
         auto glyph = VLGlyph::initFast();
         glyph->setNameFast(name);
@@ -50,7 +54,7 @@ struct Font {
         for (size_t i = 0; i < widths.size(); ++i) {
             auto layer = glyph->layerForId(font->fontMasters()[i]->id());
             layer->setWidth(widths[i]);
-            if (outline) layer->setBezierPath(outline);
+            if (outline) setOutline(*layer, outline->copy());
         }
         return glyph;
     }
@@ -163,8 +167,8 @@ TEST(GlyphThumbnail, CompatibleMastersAverageElementByElementWithoutCloses)
 {
     Font f(2);
     auto glyph = f.add("A", {600, 600});
-    glyph->layerForId("m01")->setBezierPath(box(0, 0, 100, 100));
-    glyph->layerForId("m02")->setBezierPath(box(0, 0, 300, 500));
+    setOutline(*glyph->layerForId("m01"), box(0, 0, 100, 100));
+    setOutline(*glyph->layerForId("m02"), box(0, 0, 300, 500));
 
     auto mean = glyph->bezierPath();
     ASSERT_NE(mean, nullptr);
@@ -186,11 +190,10 @@ TEST(GlyphThumbnail, ShorterMasterOutlineGivesNoMean)
 {
     Font f(2);
     auto glyph = f.add("A", {600, 600});
-    glyph->layerForId("m01")->setBezierPath(box(0, 0, 100, 100));
-    auto triangle = BezierPath::bezierPath();
-    triangle->moveToPoint({0, 0});
-    triangle->lineToPoint({10, 0});
-    glyph->layerForId("m02")->setBezierPath(triangle);
+    setOutline(*glyph->layerForId("m01"), box(0, 0, 100, 100));
+    auto stroke = box(0, 0, 10, 10);
+    stroke->setClosed(false);
+    setOutline(*glyph->layerForId("m02"), stroke);
     EXPECT_EQ(glyph->bezierPath(), nullptr);
 }
 
@@ -221,8 +224,8 @@ TEST(Drawing, MastersAreOverlaidInATint)
 {
     Font f(2);
     auto a = f.add("A", {600, 600});
-    a->layerForId("m01")->setBezierPath(box(0, 0, 300, 700));
-    a->layerForId("m02")->setBezierPath(box(0, 0, 500, 700));
+    setOutline(*a->layerForId("m01"), box(0, 0, 300, 700));
+    setOutline(*a->layerForId("m02"), box(0, 0, 500, 700));
     f.add("g", {400, 400}, box(0, 0, 400, 500));
     auto loader = f.loader();
     loader.layoutThumbnail();
