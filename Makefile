@@ -4,6 +4,7 @@ RELEASE_DIR := build/release
 TEST_DIR := build/test
 BENCH_DIR := build/bench
 DEMO_INPUT := examples/Velmor-Sample.velmor
+DEMO_MASTERS_INPUT := examples/Velmor-Sample-Masters.velmor
 
 .PHONY: all deps release demo test bench bench-run clean
 
@@ -17,9 +18,9 @@ release: deps
 	cmake --build $(RELEASE_DIR) -j $(JOBS)
 
 demo: release
-	$(RELEASE_DIR)/velmor-thumbnailer -s 256 $(DEMO_INPUT) build/demo.png; \
-	status=$$?; \
-	if [ $$status -eq 0 ]; then echo "wrote build/demo.png"; else echo "velmor-thumbnailer answered with exit status $$status"; fi
+	$(RELEASE_DIR)/velmor-thumbnailer -s 256 $(DEMO_INPUT) build/demo.png
+	$(RELEASE_DIR)/velmor-thumbnailer -s 256 $(DEMO_MASTERS_INPUT) build/demo-masters.png
+	@echo "wrote build/demo.png and build/demo-masters.png"
 
 test: deps
 	cmake -S . -B $(TEST_DIR) -DCMAKE_BUILD_TYPE=Debug -DVELMOR_SANITIZE=ON >/dev/null

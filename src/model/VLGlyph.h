@@ -134,7 +134,9 @@ public:
     void setLastOperationInterval(double seconds) { _lastOperationInterval = seconds; }
 
     // Whether the master layers share one structure, so that they can be blended.
-    bool mastersCompatible() const;
+    // Cached; a font without axes has nothing to vary and answers true without caching.
+    bool mastersCompatible();
+    bool mastersCompatibleForLayerIds(const std::vector<std::string>& layerIds);
 
     // The thumbnail's view of the glyph.
     double maxWidth();
@@ -168,6 +170,8 @@ private:
     uint64_t _glyphId = 0;
     std::string _id;
     double _lastOperationInterval = 0.0;
+    // -1 while unknown, otherwise 0 or 1.
+    int32_t _masterCompatibilityCheckStatus = -1;
     uint8_t _case = 0;
     uint8_t _direction = 0;
     std::vector<std::shared_ptr<VLPartProperty>> _partsSettings;

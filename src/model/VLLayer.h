@@ -163,6 +163,10 @@ public:
     bool isIgnoringUpdates() const { return _ignoreUpdates; }
     bool updatesDisabled() const { return _disableUpdates; }
 
+    // The structure that interpolation needs to match: node types, shape order, component and
+    // anchor names, corner hints.
+    std::string compareString() const;
+
     // Cache flushes.
     void setNeedUpdateShapes();
     void setNeedUpdateMetrics();
