@@ -149,7 +149,11 @@ void BezierPath::curveToPoint_controlPoint1_controlPoint2(Point end, Point contr
 
 void BezierPath::closePath()
 {
-    if (_elements.empty() || _elements.back().kind == BezierPathElement::MoveTo) return;
+    // A subpath of a single point may be closed too; a subpath that was just closed may not.
+    size_t n = _elements.size();
+    if (n == 0 || (n >= 2 && _elements[n - 1].kind == BezierPathElement::MoveTo &&
+                   _elements[n - 2].kind == BezierPathElement::ClosePath))
+        return;
     Point start = subpathStart();
     _elements.push_back({BezierPathElement::ClosePath, {}});
     _elements.push_back({BezierPathElement::MoveTo, {start}});

@@ -10,7 +10,8 @@ enum class BezierPathElement : int { MoveTo = 0, LineTo = 1, CurveTo = 2, CloseP
 
 // An ordered list of elements, as the platform's path: move, line, curve (control 1, control 2,
 // end) and close. closePath appends the close and a move back to the subpath's start, so that
-// a closed subpath is always followed by a move; a move directly after a move replaces it. A
+// a closed subpath is always followed by a move (closing twice closes once); a move directly after
+// a move replaces it. A
 // line or curve without a current point starts its subpath at the origin. Fill rule: non-zero.
 class BezierPath {
 public:

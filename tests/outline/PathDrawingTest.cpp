@@ -1,0 +1,206 @@
+#include "geometry/VLBezierPathPen.h"
+#include "geometry/VLPathPen.h"
+#include "model/VLAxis.h"
+#include "model/VLFont.h"
+#include "model/VLFontMaster.h"
+#include "model/VLGlyph.h"
+#include "model/VLLayer.h"
+#include "model/VLUnsetValue.h"
+#include "outline/VLNode.h"
+#include "outline/VLPath.h"
+#include "platform/BezierPath.h"
+#include "support/TestShapes.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+namespace {
+
+// A path in a layer of a glyph of a font, so that it draws with the font's grid.
+struct PathInFont {
+    std::shared_ptr<VLFont> font = VLFont::init();
+    std::shared_ptr<VLLayer> layer;
+    std::shared_ptr<VLPath> path = VLPath::init();
+
+    explicit PathInFont(double grid = 1)
+    {
+        auto glyph = VLGlyph::initFast();
+        glyph->setNameFast("A");
+        font->setGlyphs({glyph});
+        font->setGridMain(static_cast<uint32_t>(grid * 100));
+        font->setGridSubDivision(100);
+        layer = glyph->layerForId("m01");
+        layer->addShapeFast(path);
+    }
+
+    void add(Point p, uint8_t type) { path->addNodeFastWithPosition_type_connection(p, type, VLNode::SHARP); }
+
+    BezierPath draw()
+    {
+        BezierPath out;
+        VLBezierPathPen pen(out);
+        path->drawInPen(pen);
+        return out;
+    }
+};
+
+std::vector<Point> pointsOf(const BezierPath& path)
+{
+    std::vector<Point> points;
+    Point p[3];
+    for (long i = 0; i < path.elementCount(); ++i) {
+        BezierPathElement kind = path.elementAtIndex_associatedPoints(i, p);
+        int n = kind == BezierPathElement::CurveTo ? 3 : kind == BezierPathElement::ClosePath ? 0 : 1;
+        points.insert(points.end(), p, p + n);
+    }
+    return points;
+}
+
+void addCurvedSquare(PathInFont& f)
+{
+    f.add({100.4, 0.6}, VLNode::LINE);
+    f.add({150.3, 10.2}, VLNode::OFFCURVE);
+    f.add({190.7, 50.6}, VLNode::OFFCURVE);
+    f.add({200.2, 100.8}, VLNode::CURVE);
+    f.add({0.3, 100.1}, VLNode::LINE);
+    f.add({0.4, 0.4}, VLNode::LINE);
+    f.path->setClosed(true);
+}
+
+} // namespace
+
+TEST(PathDrawing, ClosedPathsStartOnTheLastNodeAndLeaveTheClosingLineToClose)
+{
+    PathInFont f(0);
+    addCurvedSquare(f);
+    BezierPath out = f.draw();
+    ASSERT_EQ(out.elementCount(), 6);
+    EXPECT_EQ(out.elementAtIndex(0), BezierPathElement::MoveTo);
+    EXPECT_EQ(out.elementAtIndex(2), BezierPathElement::CurveTo);
+    EXPECT_EQ(out.elementAtIndex(4), BezierPathElement::ClosePath) << "no line for the closing segment";
+    Point p[3];
+    out.elementAtIndex_associatedPoints(2, p);
+    EXPECT_EQ(p[0], (Point{150.3, 10.2}));
+    EXPECT_EQ(p[1], (Point{190.7, 50.6}));
+    EXPECT_EQ(p[2], (Point{200.2, 100.8}));
+}
+
+TEST(PathDrawing, GridRoundsOnCurvePointsAndHandlesNoCoarserThanAUnit)
+{
+    {
+        PathInFont f(1);
+        addCurvedSquare(f);
+        for (Point p : pointsOf(f.draw())) {
+            EXPECT_EQ(p.x, std::round(p.x));
+            EXPECT_EQ(p.y, std::round(p.y));
+        }
+    }
+    {
+        PathInFont f(5);
+        addCurvedSquare(f);
+        auto points = pointsOf(f.draw());
+        EXPECT_EQ(points[0], (Point{0, 0}));
+        EXPECT_EQ(points[1], (Point{100, 0}));
+        EXPECT_EQ(points[2], (Point{150, 10})) << "handles to whole units";
+        EXPECT_EQ(points[3], (Point{191, 51}));
+        EXPECT_EQ(points[4], (Point{200, 100})) << "on-curve points to multiples of 5";
+    }
+    {
+        PathInFont f(0.05);
+        addCurvedSquare(f);
+        EXPECT_EQ(pointsOf(f.draw())[1], (Point{100.4, 0.6})) << "a fine grid leaves points alone";
+    }
+}
+
+TEST(PathDrawing, OpenPathsSingleNodesAndOffCurveContours)
+{
+    {
+        PathInFont f(0);
+        f.add({0, 0}, VLNode::LINE);
+        f.add({10, 0}, VLNode::LINE);
+        f.add({10, 10}, VLNode::LINE);
+        BezierPath out = f.draw();
+        EXPECT_EQ(out.elementCount(), 3) << "move and two lines, no close";
+        EXPECT_FALSE(VLBezierPathPen::closed(out));
+    }
+    {
+        PathInFont f(0);
+        f.add({5, 5}, VLNode::LINE);
+        f.path->setClosed(true);
+        EXPECT_EQ(f.draw().elementCount(), 3) << "a closed single node draws a move and a close";
+    }
+    {
+        PathInFont f(0);
+        for (Point p : {Point{0, 0}, Point{100, 0}, Point{100, 100}, Point{0, 100}}) f.add(p, VLNode::OFFCURVE);
+        f.path->setClosed(true);
+        BezierPath out = f.draw();
+        EXPECT_EQ(out.elementAtIndex(0), BezierPathElement::MoveTo);
+        Point start;
+        out.elementAtIndex_associatedPoints(0, &start);
+        EXPECT_EQ(start, (Point{0, 50})) << "the run starts between its last and first point";
+        EXPECT_EQ(out.elementAtIndex(out.elementCount() - 2), BezierPathElement::ClosePath);
+    }
+}
+
+TEST(LayerOutlines, ClosedAndOpenContoursAreKeptApart)
+{
+    PathInFont f(0);
+    f.layer->addShapeFast(rectanglePath(0, 0, 100, 100));
+    f.add({0, 0}, VLNode::LINE);
+    f.add({50, 200}, VLNode::LINE);
+    auto single = VLPath::init();
+    single->addNodeFastWithPosition_type_connection({7, 7}, VLNode::LINE, VLNode::SHARP);
+    f.layer->addShapeFast(single);
+    f.layer->setNeedUpdateShapes();
+
+    auto closed = f.layer->bezierPath();
+    ASSERT_NE(closed, nullptr);
+    EXPECT_EQ(closed->elementCount(), 6) << "only the rectangle; the single node is dropped";
+    ASSERT_NE(f.layer->openBezierPath(), nullptr);
+    EXPECT_EQ(f.layer->openBezierPath()->elementCount(), 2);
+    EXPECT_EQ(f.layer->bounds(), (Rect{{0, 0}, {100, 200}})) << "bounds unite both outlines";
+}
+
+TEST(LayerOutlines, EmptyLayers)
+{
+    auto layer = VLLayer::init();
+    EXPECT_EQ(layer->bezierPath(), nullptr);
+    EXPECT_EQ(layer->openBezierPath(), nullptr);
+    EXPECT_EQ(layer->fastBounds().origin.x, VLUnsetValue);
+    EXPECT_EQ(layer->bounds(), Rect());
+}
+
+TEST(LayerOutlines, FlatteningRoundsPathsIntoPlainOnes)
+{
+    PathInFont f(1);
+    addCurvedSquare(f);
+    EXPECT_TRUE(f.layer->flattenOutlines());
+    ASSERT_EQ(f.layer->countOfShapes(), 1u);
+    auto flat = std::static_pointer_cast<VLPath>(f.layer->shapes()[0]);
+    EXPECT_EQ(flat->compareString(), "loocll_") << "the same nodes in the same order";
+    for (const auto& node : flat->nodes()) EXPECT_EQ(node->position().x, std::round(node->position().x));
+}
+
+TEST(Compatibility, FingerprintsOfMasterLayers)
+{
+    auto font = VLFont::init();
+    auto second = VLFontMaster::initFast();
+    second->setId(std::string("m02"));
+    font->addFontMaster(second);
+    auto glyph = VLGlyph::initFast();
+    glyph->setNameFast("A");
+    font->setGlyphs({glyph});
+    glyph->layerForId("m01")->addShapeFast(rectanglePath(0, 0, 10, 10));
+    glyph->layerForId("m02")->addShapeFast(rectanglePath(0, 0, 20, 20));
+    EXPECT_EQ(glyph->layerForId("m01")->compareString(), "llll_");
+    EXPECT_TRUE(glyph->mastersCompatibleForLayerIds({"m01", "m02"}));
+
+    auto open = rectanglePath(0, 0, 20, 20);
+    open->setClosed(false);
+    glyph->layerForId("m02")->setShapesFast({open});
+    EXPECT_FALSE(glyph->mastersCompatibleForLayerIds({"m01", "m02"}));
+    EXPECT_TRUE(glyph->mastersCompatible()) << "without axes nothing varies";
+    font->addAxis(VLAxis::initWithName_tag("Weight", "wght"));
+    EXPECT_FALSE(glyph->mastersCompatible());
+}
