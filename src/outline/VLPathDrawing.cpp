@@ -1,3 +1,4 @@
+#include "geometry/VLGeometry.h"
 #include "geometry/VLPenProtocol.h"
 #include "model/VLLayer.h"
 #include "model/VLUnsetValue.h"
@@ -63,8 +64,11 @@ private:
                 break;
             }
         }
-        for (long i = 0; i < _n; ++i)
-            if (prepareInOut(i)) drawNodeDefault(i, false, false);
+        for (long i = 0; i < _n; ++i) {
+            long skipped = 0;
+            if (prepareInOut(i, true, skipped)) drawNodeDefault(i, false, false);
+            i += skipped;
+        }
         _pen.endPath();
     }
 
@@ -73,11 +77,16 @@ private:
         long i = -1;
         while (typeAt(i) == VLNode::OFFCURVE && i > -_n) --i;
         if (typeAt(i) == VLNode::OFFCURVE) return drawAllOffCurve();
-        prepareInOut(i);
+        long skipped = 0;
+        prepareInOut(i, false, skipped);
         drawNodeDefault(i, true, false);
         long end = i + _n + 1;
-        for (++i; i < end; ++i)
-            if (prepareInOut(i)) drawNodeDefault(i, false, i + 1 == end);
+        for (++i; i < end; ++i) {
+            bool isLast = i + 1 == end;
+            // The start node is drawn already: its overlap can't be cut on the way back to it.
+            if (prepareInOut(i, !isLast, skipped)) drawNodeDefault(i, false, isLast);
+            i += skipped;
+        }
         _pen.closePath();
     }
 
@@ -93,8 +102,10 @@ private:
     }
 
     // Fills the in and out segments of the node at the index; false when there is nothing to draw.
-    bool prepareInOut(long i)
+    // skipped tells how many nodes a cut outside overlap removed behind this one.
+    bool prepareInOut(long i, bool mayCut, long& skipped)
     {
+        skipped = 0;
         uint8_t type = typeAt(i);
         if (type == VLNode::OFFCURVE || type == 0) {
             _in.count = 0;
@@ -114,8 +125,50 @@ private:
             if (!exists(i - 1)) return _in.count = 0, false;
             _in = {{_path.positionAtIndex(i), _path.positionAtIndex(i - 1)}, 2};
         }
+        if (mayCut && _in.count == 2 && isOutsideStep(i) && cutOutsideOverlap(i)) {
+            skipped = 1;
+            return true;
+        }
         prepareOut(i);
         return _in.count != 0;
+    }
+
+    // A line between two sharp corners with both neighbours on its right is a small outward step.
+    bool isOutsideStep(long i) const
+    {
+        auto a = _path.nodeAtIndex(i);
+        auto b = _path.nodeAtIndex(i + 1);
+        if (!a || !b || b->type() != VLNode::LINE || a->connection() != 0 || b->connection() != 0) return false;
+        Point pa = a->position(), pb = b->position();
+        Point before = _path.positionAtIndex(i - 1);
+        if (typeAt(i - 1) == VLNode::OFFCURVE && VLSquareDistance(before, pa) < 1e-8)
+            before = _path.pointAtPathTime(static_cast<double>(i) - 0.1);
+        Point after = _path.positionAtIndex(i + 2);
+        if (typeAt(i + 2) == VLNode::OFFCURVE && VLSquareDistance(after, pb) < 1e-8)
+            after = _path.pointAtPathTime(static_cast<double>(i) + 2.1);
+        auto cross = [&](Point q) { return (pb.x - pa.x) * (q.y - pa.y) - (pb.y - pa.y) * (q.x - pa.x); };
+        return cross(before) < 0 && cross(after) < 0;
+    }
+
+    // Where the lines into the step and out of it cross close to it, the step is cut away: the
+    // incoming line ends at the crossing and the outgoing one starts there.
+    bool cutOutsideOverlap(long i)
+    {
+        if (typeAt(i + 2) != VLNode::LINE) return false;
+        Point start = _in.points[1], a = _in.points[0];
+        Point b = _path.positionAtIndex(i + 1), c = _path.positionAtIndex(i + 2);
+        Point x = VLLineIntersection(start, a, b, c);
+        if (x.x == VLUnsetValue) return false;
+        double inLength = std::hypot(a.x - start.x, a.y - start.y);
+        double outLength = std::hypot(c.x - b.x, c.y - b.y);
+        if (inLength == 0 || outLength == 0) return false;
+        double r1 = std::hypot(a.x - x.x, a.y - x.y) / inLength;
+        double r2 = std::hypot(b.x - x.x, b.y - x.y) / outLength;
+        bool near = r1 > 0.0001 && r2 > 0.0001 && (r1 < 0.3 || r2 < 0.3 || (r1 < 0.5 && r2 < 0.5));
+        if (!near) return false;
+        _in.points[0] = x;
+        _out = {{x, c}, 2};
+        return true;
     }
 
     void prepareOut(long i)

@@ -204,3 +204,21 @@ TEST(Compatibility, FingerprintsOfMasterLayers)
     font->addAxis(VLAxis::initWithName_tag("Weight", "wght"));
     EXPECT_FALSE(glyph->mastersCompatible());
 }
+
+TEST(PathDrawing, SmallOutsideOverlapsBetweenSharpCornersAreCut)
+{
+    PathInFont f(0);
+    for (Point p : {Point{0, 0}, Point{100, 0}, Point{97, -10}, Point{0, 30}}) f.add(p, VLNode::LINE);
+    f.path->setClosed(true);
+    auto points = pointsOf(f.draw());
+    ASSERT_EQ(points.size(), 4u) << "the step to (97, -10) is gone";
+    EXPECT_EQ(points[1], (Point{0, 0}));
+    EXPECT_NEAR(points[2].x, 72.75, 1e-9);
+    EXPECT_NEAR(points[2].y, 0, 1e-9);
+
+    PathInFont smooth(0);
+    for (Point p : {Point{0, 0}, Point{100, 0}, Point{97, -10}, Point{0, 30}}) smooth.add(p, VLNode::LINE);
+    smooth.path->nodeAtIndex(1)->setConnectionFast(VLNode::SMOOTH);
+    smooth.path->setClosed(true);
+    EXPECT_EQ(pointsOf(smooth.draw()).size(), 5u) << "only sharp corners are cut";
+}
