@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <utility>
+
 TEST(PlistSkippers, EndWhereTheParserEnds)
 {
     for (const char* text : {
@@ -12,6 +14,7 @@ TEST(PlistSkippers, EndWhereTheParserEnds)
              "<00 ff>;",
              "(1, (2, \"x\"), {a = b;}, <0a0b>, );",
              "()",
+             "((1,-2,l),(3.5,4,cs),(5,6,o,{name = a;}),(100000,200000,300000,400000,q),(a),(b, c));",
              "{ a = 1; \"b c\" = (x); d; e = \"f\"; }",
              "{}",
          }) {
@@ -31,6 +34,23 @@ TEST(PlistSkippers, EndWhereTheParserEnds)
     ScannedText content(" a = 1; b; } x");
     EXPECT_TRUE(skipPlistDictContent(content.get()));
     EXPECT_EQ(*content->curr, '}');
+}
+
+// Tuples of unquoted values take a shorter way; what it accepts must end where the general rules end.
+TEST(PlistSkippers, TuplesOfUnquotedValuesFollowTheGeneralRules)
+{
+    // A value the array doesn't expect is taken for its ")".
+    const std::pair<const char*, char> ends[] = {
+        {"(1,)x", 'x'}, {"(a b)x", ')'}, {"(1,2\n)x", 'x'}, {"(1,2,3,4,5,6,7,8,9,10,11,12,)x", 'x'}};
+    for (const auto& [text, end] : ends) {
+        ScannedText tuple(text);
+        EXPECT_TRUE(skipPlistValue(tuple.get())) << text;
+        EXPECT_EQ(*tuple->curr, end) << text;
+    }
+    for (const char* text : {"(,1)", "(1,,2)", "(1,2", "(1,\"a)"}) {
+        ScannedText tuple(text);
+        EXPECT_FALSE(skipPlistValue(tuple.get())) << text;
+    }
 }
 
 TEST(PlistSkippers, QuotedStringsEndAtADoubleQuoteAfterAnEvenRunOfBackslashes)
