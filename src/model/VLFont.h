@@ -63,13 +63,34 @@ public:
     std::shared_ptr<VLGlyph> objectInGlyphsAtIndex(size_t index) const;
 
     // Look-ups; glyphs of imported fonts answer after the font's own.
+    using GlyphIndex = std::map<std::string, std::shared_ptr<VLGlyph>, std::less<>>;
+
+    // A glyph of a package that is not loaded yet is read from its file when it is named.
     std::shared_ptr<VLGlyph> glyphForName(const std::string& name);
     std::shared_ptr<VLGlyph> localGlyphForName(const std::string& name);
+    // A raw look-up once the name index stands: no file is loaded, no imported font asked.
+    std::shared_ptr<VLGlyph> glyphForNameFast(const std::string& name);
+    std::vector<std::shared_ptr<VLGlyph>> glyphsForNames(const std::vector<std::string>& names);
     std::shared_ptr<VLGlyph> glyphAtIndex(size_t index);
     void prepareName2Glyph();
+    // Drops the name and id indexes; the code point index stays.
     void resetCache();
+    void updateCacheForGlyph(const std::shared_ptr<VLGlyph>& glyph);
     void updateCacheForGlyph_oldName(const std::shared_ptr<VLGlyph>& glyph, const std::string& oldName);
     void glyphHasChangedName_oldName(const std::shared_ptr<VLGlyph>& glyph, const std::string& oldName);
+
+    // By id.
+    std::shared_ptr<VLGlyph> localGlyphForId(const std::string& glyphId);
+    std::shared_ptr<VLGlyph> glyphForId(const std::string& glyphId);
+
+    // By code point, as upper-case hexadecimal text.
+    std::shared_ptr<VLGlyph> glyphForUnicode(const std::string& code);
+    std::shared_ptr<VLGlyph> localGlyphForUnicode(const std::string& code);
+    std::shared_ptr<VLGlyph> glyphForUnicodes(const std::vector<std::string>& codes);
+    std::shared_ptr<VLGlyph> glyphForCharacter(uint32_t character);
+    void preloadCharCache();
+    // The glyph's first code point, or a private one handed out for it from the top of plane 16.
+    uint32_t characterForGlyph(const std::shared_ptr<VLGlyph>& glyph);
 
     // Masters.
     const std::vector<std::shared_ptr<VLFontMaster>>& fontMasters() const { return _fontMasters; }
@@ -85,6 +106,8 @@ public:
     void setImportedFontMasters(std::vector<std::shared_ptr<VLFontMaster>> masters) { _importedFontMasters = std::move(masters); }
     const std::vector<std::shared_ptr<VLFont>>& importedFonts() const { return _importedFonts; }
     void setImportedFonts(std::vector<std::shared_ptr<VLFont>> fonts) { _importedFonts = std::move(fonts); }
+    const std::vector<std::shared_ptr<VLGlyph>>& importedGlyphs() const { return _importedGlyphs; }
+    void setImportedGlyphs(std::vector<std::shared_ptr<VLGlyph>> glyphs) { _importedGlyphs = std::move(glyphs); }
 
     // Axes and instances.
     const std::vector<std::shared_ptr<VLAxis>>& axes() const { return _axes; }
@@ -203,7 +226,11 @@ private:
     bool _disablesNiceNames = false;
     bool _disablesAutomaticAlignment = false;
     bool _keepAlternatesTogether = false;
-    std::map<std::string, std::shared_ptr<VLGlyph>, std::less<>> _name2Glyph;
+    GlyphIndex _name2Glyph;
+    GlyphIndex _id2Glyph;
+    std::optional<GlyphIndex> _charsCache;
+    uint32_t _lastChar = 0x10FFFD;
+    std::vector<std::shared_ptr<VLGlyph>> _importedGlyphs;
     bool _disabledChanges = false;
     std::optional<std::set<std::string>> _disabledChangeKeys;
     std::string _fontName;

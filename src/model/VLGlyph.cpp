@@ -12,6 +12,16 @@
 #include <cstdlib>
 #include <utility>
 
+namespace {
+
+std::string upperCased(std::string code)
+{
+    std::transform(code.begin(), code.end(), code.begin(), [](unsigned char c) { return std::toupper(c); });
+    return code;
+}
+
+} // namespace
+
 std::shared_ptr<VLGlyph> VLGlyph::init()
 {
     auto glyph = std::make_shared<VLGlyph>();
@@ -52,12 +62,48 @@ void VLGlyph::setNameFastCache(const std::string& name)
 void VLGlyph::setUnicodesFast(const std::vector<std::string>& unicodes)
 {
     _unicodes.clear();
-    for (std::string code : unicodes) {
-        if (code.size() < 3) continue;
-        std::transform(code.begin(), code.end(), code.begin(), [](unsigned char c) { return std::toupper(c); });
+    for (const std::string& given : unicodes) {
+        if (given.size() < 3) continue;
+        std::string code = upperCased(given);
         if (std::find(_unicodes.begin(), _unicodes.end(), code) == _unicodes.end()) _unicodes.push_back(code);
     }
     _unicodeChar = 0;
+}
+
+void VLGlyph::setUnicode(const std::string& code)
+{
+    std::string upper = upperCased(code);
+    if (_unicodes.size() == 1 && _unicodes.front() == upper) return;
+    setUnicodes(upper.empty() ? std::vector<std::string>() : std::vector<std::string>{upper});
+}
+
+void VLGlyph::setUnicodes(const std::vector<std::string>& codes)
+{
+    _unicodes.clear();
+    for (const std::string& code : codes) {
+        std::string upper = upperCased(code);
+        if (std::find(_unicodes.begin(), _unicodes.end(), upper) == _unicodes.end()) _unicodes.push_back(upper);
+    }
+    _unicodeChar = 0;
+    if (auto font = parent()) font->updateCacheForGlyph(shared_from_this());
+}
+
+void VLGlyph::addUnicode(const std::string& code)
+{
+    std::string upper = upperCased(code);
+    if (upper.empty() || std::find(_unicodes.begin(), _unicodes.end(), upper) != _unicodes.end()) return;
+    _unicodes.push_back(upper);
+    _unicodeChar = 0;
+    if (auto font = parent()) font->updateCacheForGlyph(shared_from_this());
+}
+
+void VLGlyph::removeUnicode(const std::string& code)
+{
+    auto it = std::find(_unicodes.begin(), _unicodes.end(), upperCased(code));
+    if (it == _unicodes.end()) return;
+    _unicodes.erase(it);
+    _unicodeChar = 0;
+    if (auto font = parent()) font->updateCacheForGlyph(shared_from_this());
 }
 
 uint32_t VLGlyph::unicodeChar() const

@@ -55,6 +55,14 @@ public:
 
     // Code points as upper-case hexadecimal text.
     const std::vector<std::string>& unicodes() const { return _unicodes; }
+    // The first code point, or "" without one.
+    std::string unicode() const { return _unicodes.empty() ? std::string() : _unicodes.front(); }
+    // The changing operations keep the font's code point index in step.
+    void setUnicode(const std::string& code);
+    void setUnicodes(const std::vector<std::string>& codes);
+    void addUnicode(const std::string& code);
+    void removeUnicode(const std::string& code);
+    // Codes of fewer than three digits are dropped; the font is not told.
     void setUnicodesFast(const std::vector<std::string>& unicodes);
     uint32_t unicodeChar() const;
     std::string charString() const;

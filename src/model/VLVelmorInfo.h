@@ -1,0 +1,12 @@
+#pragma once
+
+#include <string>
+
+// Facts about glyph names that do not depend on a font.
+class VLVelmorInfo {
+public:
+    // The file name of a glyph in a package: names that differ only by case must stay apart on a
+    // file system that folds case, so every upper-case letter gets an underscore behind it, and a
+    // leading "." becomes "_". "Aacute" gives "A_acute", ".notdef" gives "_notdef".
+    static std::string glyphNameToFileName(const std::string& name);
+};
