@@ -41,6 +41,26 @@ struct VLPlistParseInfo {
     const char* fileName = nullptr;
     std::shared_ptr<VLPlistStringSet> stringSet;
     VLPlistMapping mapping;
+    // How many lists and dictionaries the readers stand in, against VLPlistMaximumNesting.
+    uint32_t depth = 0;
+};
+
+// No document nests this deep; hostile text that does must not exhaust the stack.
+inline constexpr uint32_t VLPlistMaximumNesting = 256;
+
+// Counts one level of nesting for the life of the object; `allowed` is false beyond the limit.
+class VLPlistNesting {
+public:
+    explicit VLPlistNesting(VLPlistParseInfo* info) : _info(info), allowed(++info->depth <= VLPlistMaximumNesting) {}
+    ~VLPlistNesting() { --_info->depth; }
+    VLPlistNesting(const VLPlistNesting&) = delete;
+    VLPlistNesting& operator=(const VLPlistNesting&) = delete;
+
+private:
+    VLPlistParseInfo* _info;
+
+public:
+    const bool allowed;
 };
 
 // Maps the file read-only. On failure `info->error` holds a file error (code 3842).

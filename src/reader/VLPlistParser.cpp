@@ -130,8 +130,18 @@ Value parsePlistValue(VLPlistParseInfo* info, bool required)
     return {};
 }
 
+// Deeper structures fail the way a broken one does, with the line where they went too deep.
+static bool tooDeep(VLPlistParseInfo* info, const VLPlistNesting& nesting)
+{
+    if (nesting.allowed) return false;
+    reportPlistError(info, "Too deeply nested");
+    return true;
+}
+
 Value parsePlistArrayContent(VLPlistParseInfo* info)
 {
+    VLPlistNesting nesting(info);
+    if (tooDeep(info, nesting)) return {};
     ValueArray array;
     for (Value item = parsePlistValue(info, false); !item.isNull(); item = parsePlistValue(info, false)) {
         array.push_back(std::move(item));
@@ -154,6 +164,8 @@ Value parsePlistArrayContent(VLPlistParseInfo* info)
 
 Value parsePlistDictContent(VLPlistParseInfo* info)
 {
+    VLPlistNesting nesting(info);
+    if (tooDeep(info, nesting)) return {};
     ValueDictionary dictionary;
     bool failed = false;
     while (skipPlistSpace(info) && parseEntry(info, dictionary, &failed)) {

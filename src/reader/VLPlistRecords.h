@@ -82,6 +82,11 @@ template <typename K, typename Container = std::nullptr_t>
 std::optional<std::vector<std::shared_ptr<K>>> readPlistObjects(VLPlistParseInfo* info, uint8_t format,
                                                                 Container container = nullptr)
 {
+    VLPlistNesting nesting(info);
+    if (!nesting.allowed) {
+        reportPlistError(info, "Too deeply nested");
+        return std::nullopt;
+    }
     if (!skipPlistSpace(info)) return std::nullopt;
     if (*info->curr != '(') {
         reportPlistError(info, "Unexpected character '0x%x' (expected “%s”)", *info->curr, "(");

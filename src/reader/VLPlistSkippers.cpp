@@ -196,6 +196,8 @@ bool skipPlistValue(VLPlistParseInfo* info)
 
 bool skipPlistArrayContent(VLPlistParseInfo* info)
 {
+    VLPlistNesting nesting(info);
+    if (!nesting.allowed) return false;
     for (;;) {
         skipLineSpace(info);
         // The scan is one chain of dependent loads, which the hardware prefetcher alone does not
@@ -222,6 +224,8 @@ bool skipPlistArray(VLPlistParseInfo* info)
 
 bool skipPlistDictContent(VLPlistParseInfo* info)
 {
+    VLPlistNesting nesting(info);
+    if (!nesting.allowed) return false;
     for (;;) {
         skipLineSpace(info);
         if (atEnd(info)) return false;
