@@ -22,6 +22,12 @@ class VLAnchor;
 class VLBackgroundImage;
 class VLFontMaster;
 class VLPenProtocol;
+
+// A layer's metrics as the glyph is set; the eighth number stays zero.
+struct VLGlyphMetrics {
+    double width = 0, ascender = 0, descender = 0, italicAngle = 0, vertWidth = 0, slantHeight = 0, topHeight = 0,
+           unused = 0;
+};
 struct VLPlistParseInfo;
 class VLHint;
 class VLNode;
@@ -188,6 +194,11 @@ public:
     // Paths drawn into a pen and put back as plain paths: corners and components come out
     // decomposed. Always true.
     bool flattenOutlines();
+    // Replaces the paths by their cornered outlines; hints that survive find their nodes again.
+    void decomposeCorners();
+    // Width and vertical metrics as the glyph is set; direction bit 4 means vertical.
+    VLGlyphMetrics glyphMetricsForDirection(uint8_t direction) const;
+    VLGlyphMetrics glyphMetrics() const { return glyphMetricsForDirection(0); }
     // The outline drawn into pens; open contours go to the open pen.
     void drawInPen_openPen(VLPenProtocol& pen, VLPenProtocol& openPen);
     // The union of the closed and open outlines with components; the zero rectangle for none.

@@ -1,6 +1,7 @@
 #include "geometry/VLBezierPathPen.h"
 #include "geometry/VLPathPen.h"
 #include "model/VLFont.h"
+#include "model/VLFontMaster.h"
 #include "model/VLGlyph.h"
 #include "model/VLLayer.h"
 #include "outline/VLComponent.h"
@@ -202,4 +203,49 @@ void VLLayer::updateCorners()
         if (base && base->lastOperationInterval() > _lastUpdate) stale = true;
     });
     if (stale) setNeedUpdateShapes();
+}
+
+void VLLayer::decomposeCorners()
+{
+    if (std::none_of(_hints.begin(), _hints.end(), [](const auto& h) { return h->isCorner(); })) return;
+    Hints hints = _hints;
+    VLPathPen pen;
+    drawInPen_openPen(pen, pen);
+    pen.endPath();
+    if (pen.layer()->countOfPaths() == 0) return;
+    // Corners marked to survive flattening stay; the others are part of the outline now.
+    for (const auto& hint : hints)
+        if (hint->isCorner() && hint->stem() != VLHint::StemFoundByPosition) removeHint(hint);
+    saveHints();
+    setShapes(pen.layer()->shapes());
+    for (const auto& hint : pen.layer()->hints()) addHint(hint);
+    restoreHints();
+}
+
+VLGlyphMetrics VLLayer::glyphMetricsForDirection(uint8_t direction) const
+{
+    VLGlyphMetrics metrics;
+    metrics.width = _width;
+    auto master = associatedFontMaster();
+    if (!master) return metrics;
+    metrics.ascender = master->ascenderForLayer(this);
+    metrics.descender = master->descenderForLayer(this);
+    auto font = this->font();
+    bool icon = font && font->fontType() == VLFont::FontTypeIconSet;
+    if (icon) {
+        if (_vertWidth > 1 && _vertWidth < 100000) metrics.topHeight = metrics.ascender = _vertWidth;
+        metrics.descender = 0;
+    } else if (direction & 4) {
+        if (_vertOrigin < 100000 && _vertOrigin > -100000) {
+            metrics.ascender -= _vertOrigin;
+            metrics.descender -= _vertOrigin;
+        }
+        if (_vertWidth >= 0 && _vertWidth < 100000) metrics.descender = metrics.ascender - _vertWidth;
+        metrics.vertWidth = _vertWidth;
+    } else {
+        metrics.topHeight = master->topHeightForLayer(this);
+    }
+    metrics.slantHeight = master->slantHeightForLayer(this);
+    metrics.italicAngle = master->italicAngleForLayer(this);
+    return metrics;
 }

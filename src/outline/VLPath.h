@@ -10,6 +10,7 @@
 #include <vector>
 
 class AffineTransform;
+class VLHint;
 struct VLPlistParseInfo;
 
 // An outline: an ordered list of nodes, open or closed. In a closed path the last node is the
@@ -32,6 +33,9 @@ public:
                                                      VLPenProtocol* secondPen, std::vector<Point>* extraHandles) override;
     void drawSimpleInPen(VLPenProtocol& pen) override;
     void _drawInPen_secondaryPen(VLPenProtocol& pen, VLPenProtocol* secondPen);
+    // Hints that point at node index of the first path turn that reference into a knob at point,
+    // so that they survive the replacing of the nodes.
+    static void findHint_forPoint_index(const std::vector<std::shared_ptr<VLHint>>& hints, Point point, long index);
 
     uint16_t shapeType() const override { return VLShapeTypePath; }
     std::shared_ptr<VLShape> copy() const override { return copyPath(); }

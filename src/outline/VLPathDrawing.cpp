@@ -2,6 +2,7 @@
 #include "geometry/VLPenProtocol.h"
 #include "model/VLLayer.h"
 #include "model/VLUnsetValue.h"
+#include "outline/VLHint.h"
 #include "outline/VLNode.h"
 #include "outline/VLPath.h"
 
@@ -300,4 +301,15 @@ void VLPath::drawSimpleInPen(VLPenProtocol& pen)
         pen.closePath();
     else
         pen.endPath();
+}
+
+void VLPath::findHint_forPoint_index(const std::vector<std::shared_ptr<VLHint>>& hints, Point point, long index)
+{
+    for (const auto& hint : hints)
+        for (auto reference : {VLHint::Origin, VLHint::Target, VLHint::Other1, VLHint::Other2}) {
+            const VLIndexPath& path = hint->indexPath(reference);
+            if (path.size() < 2 || path[0] != 0 || static_cast<long>(path[1]) != index) continue;
+            hint->setKnob(reference, point);
+            hint->setIndexPath(reference, {});
+        }
 }

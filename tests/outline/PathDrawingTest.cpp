@@ -6,6 +6,7 @@
 #include "model/VLGlyph.h"
 #include "model/VLLayer.h"
 #include "model/VLUnsetValue.h"
+#include "outline/VLHint.h"
 #include "outline/VLNode.h"
 #include "outline/VLPath.h"
 #include "platform/BezierPath.h"
@@ -221,4 +222,59 @@ TEST(PathDrawing, SmallOutsideOverlapsBetweenSharpCornersAreCut)
     smooth.path->nodeAtIndex(1)->setConnectionFast(VLNode::SMOOTH);
     smooth.path->setClosed(true);
     EXPECT_EQ(pointsOf(smooth.draw()).size(), 5u) << "only sharp corners are cut";
+}
+
+TEST(LayerOutlines, GlyphMetricsComeFromTheAssociatedMaster)
+{
+    PathInFont f(0);
+    auto master = f.font->fontMasterAtIndex(0);
+    master->setDefaultAscender(750);
+    master->setDefaultDescender(-250);
+    f.layer->setWidth(432);
+    VLGlyphMetrics metrics = f.layer->glyphMetrics();
+    EXPECT_EQ(metrics.width, 432);
+    EXPECT_EQ(metrics.ascender, 750);
+    EXPECT_EQ(metrics.descender, -250);
+    EXPECT_EQ(metrics.italicAngle, 0);
+
+    f.layer->setVertWidth(900);
+    VLGlyphMetrics vertical = f.layer->glyphMetricsForDirection(4);
+    EXPECT_EQ(vertical.descender, 750 - 900);
+    EXPECT_EQ(vertical.vertWidth, 900);
+}
+
+TEST(LayerOutlines, DecomposingCornersDropsTheDrawnCornerHints)
+{
+    PathInFont f(0);
+    for (Point p : {Point{0, 0}, Point{100, 0}, Point{100, 100}}) f.add(p, VLNode::LINE);
+    f.path->setClosed(true);
+    f.layer->decomposeCorners();
+    EXPECT_EQ(f.layer->shapes()[0], f.path) << "without corner hints nothing changes";
+
+    auto corner = VLHint::init();
+    corner->setType(VLHint::Corner);
+    corner->setName("_corner.serif");
+    corner->setStem(0);
+    corner->setOriginIndex({0, 1});
+    auto survivor = VLHint::init();
+    survivor->setType(VLHint::Corner);
+    survivor->setStem(VLHint::StemFoundByPosition);
+    survivor->setOriginIndex({0, 2});
+    f.layer->setHintsFast({corner, survivor});
+    f.layer->decomposeCorners();
+    ASSERT_EQ(f.layer->countOfShapes(), 1u);
+    EXPECT_NE(f.layer->shapes()[0], f.path) << "the paths are the drawn ones now";
+    ASSERT_EQ(f.layer->hints().size(), 1u);
+    EXPECT_EQ(f.layer->hints()[0], survivor);
+}
+
+TEST(PathDrawing, HintsOfReplacedNodesBecomeKnobs)
+{
+    auto hint = VLHint::init();
+    hint->setOriginIndex({0, 3});
+    hint->setTargetIndex({1, 3});
+    VLPath::findHint_forPoint_index({hint}, {12, 34}, 3);
+    EXPECT_TRUE(hint->originIndex().empty());
+    EXPECT_EQ(hint->knob(VLHint::Origin), (Point{12, 34}));
+    EXPECT_EQ(hint->targetIndex(), (VLIndexPath{1, 3})) << "only the first path's nodes";
 }
