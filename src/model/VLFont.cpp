@@ -1,10 +1,15 @@
 #include "model/VLFont.h"
 
+#include "model/VLCustomParameter.h"
 #include "model/VLFontMaster.h"
+#include "model/VLLayer.h"
 #include "model/VLGlyph.h"
 #include "model/VLUserData.h"
 
 #include <cstdio>
+#include <cstdlib>
+#include <set>
+#include <sstream>
 
 std::shared_ptr<VLFont> VLFont::init()
 {
@@ -160,4 +165,43 @@ void VLFont::enableUpdateInterface()
     _disabledChanges = false;
     // Nothing listens to announcements here, so re-announcing the held keys is only emptying them.
     if (_disabledChangeKeys) _disabledChangeKeys->clear();
+}
+
+std::vector<std::shared_ptr<VLGlyph>> VLFont::allGlyphs() const
+{
+    if (_importedGlyphs.empty()) return _glyphs;
+    std::vector<std::shared_ptr<VLGlyph>> all = _glyphs;
+    std::set<std::string> names;
+    for (const auto& glyph : _glyphs) names.insert(glyph->name());
+    // The first imported glyph of a name wins; "glyphOrder" does not reorder here.
+    for (const auto& glyph : _importedGlyphs)
+        if (names.insert(glyph->name()).second) all.push_back(glyph);
+    return all;
+}
+
+void VLFont::replaceMasterID_toID(const std::string& oldId, const std::string& newId)
+{
+    for (const auto& glyph : _glyphs) {
+        for (const auto& layer : glyph->layers().allValues()) {
+            if (layer->associatedMasterId() != oldId) continue;
+            layer->setAssociatedMasterId(newId);
+            if (layer->layerId() != oldId) continue;
+            glyph->removeLayerForId(oldId);
+            glyph->setLayer_forId(layer, newId);
+        }
+    }
+}
+
+Value VLFont::panose()
+{
+    auto parameter = customParameterActiveForKey("panose");
+    if (!parameter) parameter = customParameterActiveForKey("openTypeOS2Panose");
+    if (!parameter) return Value();
+    if (parameter->value().isString()) {
+        ValueArray numbers;
+        std::stringstream text(parameter->value().string());
+        for (std::string piece; std::getline(text, piece, ',');) numbers.push_back(Value(std::atoi(piece.c_str())));
+        parameter->setValue(Value(std::move(numbers)));
+    }
+    return parameter->value();
 }

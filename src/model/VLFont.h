@@ -61,6 +61,8 @@ public:
     // The loaded glyphs alone.
     size_t count() const { return _glyphs.size(); }
     std::shared_ptr<VLGlyph> objectInGlyphsAtIndex(size_t index) const;
+    // The font's glyphs followed by the imported ones whose names it lacks; computed each time.
+    std::vector<std::shared_ptr<VLGlyph>> allGlyphs() const;
 
     // Look-ups; glyphs of imported fonts answer after the font's own.
     using GlyphIndex = std::map<std::string, std::shared_ptr<VLGlyph>, std::less<>>;
@@ -102,6 +104,8 @@ public:
     std::shared_ptr<VLFontMaster> fontMasterForId(const std::string* id) const;
     std::shared_ptr<VLFontMaster> fontMasterForId(const std::string& id) const { return fontMasterForId(&id); }
     std::shared_ptr<VLFontMaster> fontMasterForName(const std::string& name) const;
+    // Moves the layers of a master to a new master id.
+    void replaceMasterID_toID(const std::string& oldId, const std::string& newId);
     const std::vector<std::shared_ptr<VLFontMaster>>& importedFontMasters() const { return _importedFontMasters; }
     void setImportedFontMasters(std::vector<std::shared_ptr<VLFontMaster>> masters) { _importedFontMasters = std::move(masters); }
     const std::vector<std::shared_ptr<VLFont>>& importedFonts() const { return _importedFonts; }
@@ -188,6 +192,8 @@ public:
     int8_t fontType() const { return _fontType; }
     void setFontType(int8_t type) { _fontType = type; }
     static std::string fontTypeKeyForType(int8_t type);
+    // The active "panose" parameter, else "openTypeOS2Panose"; text is turned into its numbers.
+    Value panose();
     static int8_t fontTypeForTypeKey(const std::string& key);
 
     // User data and scratch.

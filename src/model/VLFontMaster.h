@@ -47,6 +47,16 @@ public:
     const ValueDictionary& userData() const { return _userData; }
     void setUserData_forKey(const Value& value, const std::string& key);
 
+    // The grid of the master: its "gridMain" and "gridSubDivision" parameters where they are set
+    // below 100000, otherwise the font's.
+    uint32_t gridMain();
+    uint32_t gridSubDivision();
+    double gridLength();
+    void setGridMain(uint32_t value);
+    void setSubDivision(uint32_t value);
+    void setGridSubDivision(uint32_t value) { _gridSubDivision = value; }
+    void _updateGridCache();
+
     const std::string& iconName() const { return _iconName; }
     void setIconName(const std::string& name) { _iconName = name; }
 
@@ -126,6 +136,8 @@ private:
 
     std::string _id;
     std::string _iconName;
+    uint32_t _gridMain = 0xFFFFFFFF;
+    uint32_t _gridSubDivision = 1;
     Values _metricValues;
     Values _axesValues;
     std::optional<ValueDictionary> _readBuffer;

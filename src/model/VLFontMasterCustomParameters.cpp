@@ -1,3 +1,4 @@
+#include "model/VLFont.h"
 #include "model/VLCustomParameter.h"
 #include "model/VLFontMaster.h"
 #include "model/VLGlyph.h"
@@ -70,4 +71,55 @@ double VLFontMaster::localizedParameterValue_glyph(const Value& value, const VLG
 {
     Value localized = localizedParameter_glyph(value, glyph);
     return localized.isNull() ? VLUnsetValue : static_cast<float>(localized.doubleValue());
+}
+
+void VLFontMaster::_updateGridCache()
+{
+    _gridMain = 100000;
+    _gridSubDivision = 100000;
+    // Inactive parameters count too, and the last one wins.
+    for (const auto& parameter : customParameters()) {
+        if (parameter->name() == "gridMain") _gridMain = static_cast<uint32_t>(parameter->value().integerValue());
+        if (parameter->name() == "gridSubDivision")
+            _gridSubDivision = static_cast<uint32_t>(parameter->value().integerValue());
+    }
+}
+
+uint32_t VLFontMaster::gridMain()
+{
+    if (_gridMain == 0xFFFFFFFF) _updateGridCache();
+    if (_gridMain < 100000) return _gridMain;
+    return _font ? _font->gridMain() : 1;
+}
+
+uint32_t VLFontMaster::gridSubDivision()
+{
+    if (_gridMain == 0xFFFFFFFF) _updateGridCache();
+    if (_gridSubDivision < 100000) return _gridSubDivision;
+    return _font ? _font->gridSubDivision() : 1;
+}
+
+double VLFontMaster::gridLength()
+{
+    uint32_t subDivision = gridSubDivision();
+    return subDivision == 0 ? gridMain() : static_cast<double>(gridMain()) / subDivision;
+}
+
+// The two setters differ by one on purpose: a subdivision of 100000 is still written.
+void VLFontMaster::setGridMain(uint32_t value)
+{
+    if (value < 100000)
+        setCustomValue_forKey(Value(static_cast<int64_t>(value)), "gridMain");
+    else
+        removeObjectFromCustomParametersForKey("gridMain");
+    _gridMain = value;
+}
+
+void VLFontMaster::setSubDivision(uint32_t value)
+{
+    if (value < 100001)
+        setCustomValue_forKey(Value(static_cast<int64_t>(value)), "gridSubDivision");
+    else
+        removeObjectFromCustomParametersForKey("gridSubDivision");
+    _gridSubDivision = value;
 }

@@ -250,3 +250,38 @@ void VLGlyph::startUpdates()
 {
     for (const auto& layer : _layers.allValues()) layer->startUpdates();
 }
+
+std::shared_ptr<VLGlyph> VLGlyph::copy()
+{
+    readLayersIfEmpty();
+    auto glyph = std::make_shared<VLGlyph>();
+    glyph->_name = _name;
+    glyph->_id = _id;
+    glyph->_unicodes = _unicodes;
+    glyph->_script = _script;
+    glyph->_category = _category;
+    glyph->_subCategory = _subCategory;
+    glyph->_production = _production;
+    glyph->_export = _export;
+    glyph->_storeScript = _storeScript;
+    glyph->_storeCategory = _storeCategory;
+    glyph->_storeSubCategory = _storeSubCategory;
+    glyph->_storeCase = _storeCase;
+    glyph->_storeProduction = _storeProduction;
+    glyph->_storeDirection = _storeDirection;
+    glyph->_storeSortName = _storeSortName;
+    glyph->_case = _case;
+    glyph->_direction = _direction;
+    glyph->_colorIndex = _colorIndex;
+    if (_colorIndex >= 12) glyph->_color = _color;
+    glyph->_userData = _userData;
+    glyph->_partsSettings = _partsSettings;
+    glyph->_glyphId = _glyphId;
+    glyph->_lastOperationInterval = _lastOperationInterval;
+    for (const std::string& layerId : _layers.allKeys()) {
+        auto layer = _layers.objectForKey(layerId)->copyThin(false);
+        layer->setParent(glyph);
+        glyph->_layers.setObject_forKey(layer, layerId);
+    }
+    return glyph;
+}

@@ -34,6 +34,8 @@ public:
     // A glyph file of a package; the glyph keeps the file's parse state for its layers.
     static std::shared_ptr<VLGlyph> initWithFile_format_error(const std::string& path, uint8_t format, VLError* error);
     static constexpr const char* className = "VLGlyph";
+    // A copy without parent that keeps the id, with copies of all layers.
+    std::shared_ptr<VLGlyph> copy();
 
     // Navigation.
     std::shared_ptr<VLFont> parent() const { return _parent.lock(); }

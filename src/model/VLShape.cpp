@@ -1,9 +1,13 @@
 #include "model/VLShape.h"
 
+#include "model/VLCustomParameter.h"
 #include "model/VLLayer.h"
+#include "model/VLUnsetValue.h"
 #include "platform/VLException.h"
 
+#include <algorithm>
 #include <cmath>
+#include <optional>
 #include <cstdlib>
 
 namespace {
@@ -159,17 +163,88 @@ bool holdsOnlyNumberCharacters(const std::string& text)
 
 } // namespace
 
+namespace {
+
+bool isNumericAttribute(const std::string& key)
+{
+    return key == "fillPatternBlendMode" || key == "fillPatternScale" || key == "fillPatternAngle" ||
+           key == "strokeWidth" || key == "strokeHeight";
+}
+
+bool isColorAttribute(const std::string& key)
+{
+    return key == "fillColor" || key == "strokeColor";
+}
+
+// Text of digits becomes a number: a real if it has a point, otherwise an integer.
+Value numberFromText(const Value& value)
+{
+    if (!value.isString() || !holdsOnlyNumberCharacters(value.string())) return value;
+    const std::string& text = value.string();
+    if (text.find('.') != std::string::npos) return Value(std::strtod(text.c_str(), nullptr));
+    return Value(static_cast<int64_t>(std::strtoll(text.c_str(), nullptr, 10)));
+}
+
+Value colorAttribute(const Value& value)
+{
+    auto color = VLCustomParameter::colorFromValue(value);
+    return color ? Value(*color) : Value();
+}
+
+} // namespace
+
 void VLShape::setAttributes_format(const ValueDictionary& attributes, uint8_t)
 {
     _attributes = attributes;
-    for (const char* key : {"strokeWidth", "strokeHeight"}) {
-        auto it = _attributes.find(key);
-        if (it == _attributes.end() || !it->second.isString() || !holdsOnlyNumberCharacters(it->second.string()))
-            continue;
-        const std::string& text = it->second.string();
-        it->second = text.find('.') != std::string::npos ? Value(std::strtod(text.c_str(), nullptr))
-                                                         : Value(static_cast<int64_t>(std::strtoll(text.c_str(), nullptr, 10)));
+    for (auto it = _attributes.begin(); it != _attributes.end();) {
+        if (isColorAttribute(it->first)) it->second = colorAttribute(it->second);
+        if (it->first == "strokeWidth" || it->first == "strokeHeight") it->second = numberFromText(it->second);
+        if (it->first == "mask" && it->second.isString()) it->second = Value(it->second.boolValue());
+        it = it->second.isNull() ? _attributes.erase(it) : std::next(it);
     }
-    auto mask = _attributes.find("mask");
-    if (mask != _attributes.end() && mask->second.isString()) mask->second = Value(mask->second.boolValue());
+}
+
+void VLShape::setAttribute_forKey(const Value& value, const std::string& key)
+{
+    Value stored = isColorAttribute(key) ? colorAttribute(value) : isNumericAttribute(key) ? numberFromText(value) : value;
+    auto it = _attributes.find(key);
+    if (it != _attributes.end() && it->second == stored) return;
+    if (stored.isNull())
+        _attributes.erase(key);
+    else
+        _attributes[key] = stored;
+    tellParent();
+}
+
+void VLShape::getSettings(const ValueDictionary& attributes, VLStrokeSettings& settings)
+{
+    auto number = [&](const char* key) -> std::optional<double> {
+        auto it = attributes.find(key);
+        return it == attributes.end() ? std::nullopt : std::optional<double>(it->second.doubleValue());
+    };
+    auto size = [](std::optional<double> v, double& out) {
+        if (v && *v >= 0 && *v < 2000 && out == VLUnsetValue) out = *v;
+    };
+    size(number("strokeWidth"), settings.width);
+    size(number("strokeHeight"), settings.height);
+    if (auto pos = number("strokePos")) settings.pos = std::clamp(*pos, 0.0, 1.0);
+    if (auto cap = number("lineCapStart"); cap && *cap < 2000) settings.capStart = static_cast<int>(*cap);
+    if (auto cap = number("lineCapEnd"); cap && *cap < 2000) settings.capEnd = static_cast<int>(*cap);
+    if (number("fill").value_or(0) != 0) settings.fill = true;
+    if (number("mask").value_or(0) != 0) settings.mask = true;
+}
+
+bool VLShape::getStrokeSettings(VLStrokeSettings& settings) const
+{
+    settings = VLStrokeSettings{VLUnsetValue, VLUnsetValue};
+    getSettings(_attributes, settings);
+    return true;
+}
+
+void VLShape::scaleAttributes(double factor)
+{
+    for (const char* key : {"strokeWidth", "strokeHeight"}) {
+        Value value = attributeForKey(key);
+        if (!value.isNull()) setAttribute_forKey(Value(value.doubleValue() * factor), key);
+    }
 }

@@ -18,6 +18,18 @@ struct VLError;
 // answer raise "VLNotImplemented" here.
 class VLPenProtocol;
 
+// How a stroked shape is drawn; sizes of VLUnsetValue are not given.
+struct VLStrokeSettings {
+    double width;
+    double height;
+    double pos = 0.5;
+    int capStart = 0;
+    int capEnd = 0;
+    int join = 2;
+    bool fill = false;
+    bool mask = false;
+};
+
 class VLShape : public std::enable_shared_from_this<VLShape> {
 public:
     static constexpr uint16_t VLShapeTypePath = 2;
@@ -66,6 +78,14 @@ public:
     void setAttributes_format(const ValueDictionary& attributes, uint8_t format);
     Value attributeForKey(const std::string& key) const;
     void removeAttributeForKey(const std::string& key);
+    // Colours go through the parameter colour rule, stroke sizes written as text become numbers;
+    // a null value removes the key, an equal one changes nothing.
+    void setAttribute_forKey(const Value& value, const std::string& key);
+    // Stroke settings of the shape's attributes over the defaults; always true.
+    bool getStrokeSettings(VLStrokeSettings& settings) const;
+    static void getSettings(const ValueDictionary& attributes, VLStrokeSettings& settings);
+    // Multiplies the stroke's width and height.
+    void scaleAttributes(double factor);
 
     Value tempDataForKey(const std::string& key) const;
     void setTempData_forKey(const Value& value, const std::string& key);
