@@ -1,6 +1,7 @@
 #pragma once
 
 #include <algorithm>
+#include <cstddef>
 #include <map>
 #include <mutex>
 #include <string>
@@ -52,8 +53,62 @@ public:
         auto it = _dictionary.find(key);
         if (it == _dictionary.end()) return;
         _dictionary.erase(it);
+        // A key inserted twice leaves with both of its places.
         _array.erase(std::remove(_array.begin(), _array.end(), key), _array.end());
     }
+
+    // The key goes in at the index; a key that has a value already then stands twice in the
+    // order, both places sharing the value. Callers that want a move use moveFromIndex_To.
+    void insertObject_forKey_atIndex(V value, const std::string& key, size_t index)
+    {
+        std::lock_guard lock(_monitor);
+        _array.insert(_array.begin() + static_cast<std::ptrdiff_t>(std::min(index, _array.size())), key);
+        _dictionary[key] = std::move(value);
+    }
+
+    // The place of the first occurrence of the key, or npos.
+    size_t indexOfKey(std::string_view key) const
+    {
+        auto it = std::find(_array.begin(), _array.end(), key);
+        return it == _array.end() ? npos : static_cast<size_t>(it - _array.begin());
+    }
+
+    void removeObjectAtIndex(size_t index)
+    {
+        if (const std::string* key = keyAtIndex(index)) removeObjectForKey(std::string(*key));
+    }
+    void removeLastObject()
+    {
+        if (!_array.empty()) removeObjectAtIndex(_array.size() - 1);
+    }
+
+    // The key at from goes behind the one at to when moving forward, before it when moving back.
+    void moveFromIndex_To(size_t from, size_t to)
+    {
+        if (from >= _array.size() || to >= _array.size() || from == to) return;
+        std::string key = _array[from];
+        _array.insert(_array.begin() + static_cast<std::ptrdiff_t>(to > from ? to + 1 : to), key);
+        _array.erase(_array.begin() + static_cast<std::ptrdiff_t>(to < from ? from + 1 : from));
+    }
+
+    void exchangeObjectAtIndex_withObjectAtIndex(size_t a, size_t b)
+    {
+        if (a < _array.size() && b < _array.size()) std::swap(_array[a], _array[b]);
+    }
+
+    // Sorts the keys, not the values.
+    template <typename Compare> void sortUsingComparator(Compare compare)
+    {
+        std::stable_sort(_array.begin(), _array.end(), compare);
+    }
+
+    template <typename Block> void enumerateKeysAndObjectsUsingBlock(Block&& block) const
+    {
+        bool stop = false;
+        for (size_t i = 0; i < _array.size() && !stop; ++i) block(_array[i], objectForKey(_array[i]), stop);
+    }
+
+    static constexpr size_t npos = static_cast<size_t>(-1);
 
     void removeAllObjects()
     {
