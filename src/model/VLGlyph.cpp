@@ -180,18 +180,6 @@ bool VLGlyph::isSmartGlyph() const
     return _script == "tibet" && _subCategory != "Ligature";
 }
 
-void VLGlyph::setColorIndex(int64_t index)
-{
-    _colorIndex = VLNormalizedColorIndex(index);
-    _color.reset();
-}
-
-void VLGlyph::setColor(const Color& color)
-{
-    _color = color;
-    _colorIndex = VLColorIndexNone;
-}
-
 void VLGlyph::setUserData_forKey(const Value& value, const std::string& key)
 {
     VLSetUserData(_userData, value, key);
@@ -272,8 +260,7 @@ std::shared_ptr<VLGlyph> VLGlyph::copy()
     glyph->_storeSortName = _storeSortName;
     glyph->_case = _case;
     glyph->_direction = _direction;
-    glyph->_colorIndex = _colorIndex;
-    if (_colorIndex >= 12) glyph->_color = _color;
+    glyph->_colorMarker = _colorMarker.copy(true);
     glyph->_userData = _userData;
     glyph->_partsSettings = _partsSettings;
     glyph->_glyphId = _glyphId;

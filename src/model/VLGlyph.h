@@ -117,10 +117,10 @@ public:
     Value valueForKeyPath(const std::string& keyPath) const override;
 
     // Colour marker.
-    uint8_t colorIndex() const { return _colorIndex; }
-    void setColorIndex(int64_t index);
-    const std::optional<Color>& color() const { return _color; }
-    void setColor(const Color& color);
+    uint8_t colorIndex() const { return _colorMarker.colorIndex(); }
+    void setColorIndex(int64_t index) { _colorMarker.setColorIndex(index); }
+    const std::optional<Color>& color() const { return _colorMarker.color(); }
+    void setColor(const Color& color) { _colorMarker.setColor(color); }
 
     const ValueDictionary& userData() const { return _userData; }
     void setUserData_forKey(const Value& value, const std::string& key);
@@ -172,8 +172,7 @@ private:
     bool _storeProduction = false;
     bool _storeDirection = false;
     bool _storeSortName = false;
-    std::optional<Color> _color;
-    uint8_t _colorIndex = VLColorIndexNone;
+    VLColorMarker _colorMarker;
     ValueDictionary _userData;
     mutable uint32_t _unicodeChar = 0;
     std::weak_ptr<VLFont> _parent;

@@ -176,18 +176,6 @@ void VLLayer::setVisible(bool visible)
     _visible = visible;
 }
 
-void VLLayer::setColorIndex(int64_t index)
-{
-    _colorIndex = VLNormalizedColorIndex(index);
-    _color.reset();
-}
-
-void VLLayer::setColor(const Color& color)
-{
-    _color = color;
-    _colorIndex = VLColorIndexNone;
-}
-
 void VLLayer::setUserData_forKey(const Value& value, const std::string& key)
 {
     VLSetUserData(_userData, value, key);
@@ -271,8 +259,7 @@ std::shared_ptr<VLLayer> VLLayer::copyThin(bool thin) const
     copy->_RSB = _RSB;
     copy->_LSB = _LSB;
     copy->_isAligning = _isAligning;
-    copy->_colorIndex = _colorIndex;
-    if (_colorIndex >= 12 && !thin) copy->_color = _color;
+    copy->_colorMarker = _colorMarker.copy(!thin);
     return copy;
 }
 

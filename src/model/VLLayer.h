@@ -152,10 +152,10 @@ public:
     bool visible() const;
     void setVisible(bool visible);
 
-    uint8_t colorIndex() const { return _colorIndex; }
-    void setColorIndex(int64_t index);
-    const std::optional<Color>& color() const { return _color; }
-    void setColor(const Color& color);
+    uint8_t colorIndex() const { return _colorMarker.colorIndex(); }
+    void setColorIndex(int64_t index) { _colorMarker.setColorIndex(index); }
+    const std::optional<Color>& color() const { return _colorMarker.color(); }
+    void setColor(const Color& color) { _colorMarker.setColor(color); }
 
     const ValueDictionary& userData() const { return _userData; }
     void setUserData_forKey(const Value& value, const std::string& key);
@@ -259,8 +259,7 @@ private:
     double _BSB = VLUnsetValue;
     double _vertWidth = -1.0;
     double _vertOrigin = VLUnsetValue;
-    std::optional<Color> _color;
-    uint8_t _colorIndex = VLColorIndexNone;
+    VLColorMarker _colorMarker;
     double _lastUpdate = 0.0;
     mutable std::recursive_mutex _monitor;
 };
