@@ -2,7 +2,6 @@
 
 #include "platform/UUID.h"
 
-#include <algorithm>
 #include <filesystem>
 
 namespace fs = std::filesystem;
