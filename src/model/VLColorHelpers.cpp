@@ -2,76 +2,85 @@
 
 #include <algorithm>
 #include <cctype>
+#include <charconv>
 #include <cmath>
 #include <cstdio>
-#include <cstdlib>
-
-double colorComponentFrom_start_length(const std::string& text, size_t start, size_t length)
-{
-    std::string digits = text.substr(start, length);
-    if (length == 1) digits += digits;
-    return static_cast<double>(std::strtol(digits.c_str(), nullptr, 16)) / 255.0;
-}
-
-std::optional<Color> colorWithHexString(const std::string& text)
-{
-    std::string hex;
-    for (char c : text)
-        if (c != '#') hex += static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
-    size_t digit = hex.size() == 3 || hex.size() == 4 ? 1 : hex.size() == 6 || hex.size() == 8 ? 2 : 0;
-    if (digit == 0) return std::nullopt;
-    bool alpha = hex.size() == 4 || hex.size() == 8;
-    size_t at = 0;
-    double a = alpha ? colorComponentFrom_start_length(hex, (at += digit) - digit, digit) : 1.0;
-    double r = colorComponentFrom_start_length(hex, (at += digit) - digit, digit);
-    double g = colorComponentFrom_start_length(hex, (at += digit) - digit, digit);
-    double b = colorComponentFrom_start_length(hex, (at += digit) - digit, digit);
-    return Color::colorWithCalibratedRed_green_blue_alpha(r, g, b, a);
-}
+#include <string>
 
 namespace {
 
-Color fromHSB(double h, double s, double v, double alpha)
+Color rgb(double red, double green, double blue, double alpha)
 {
-    h = std::fmod(h * 6.0, 6.0);
-    double c = v * s;
-    double x = c * (1 - std::fabs(std::fmod(h, 2.0) - 1));
-    double r = 0, g = 0, b = 0;
-    switch (static_cast<int>(h)) {
-    case 0: r = c, g = x; break;
-    case 1: r = x, g = c; break;
-    case 2: g = c, b = x; break;
-    case 3: g = x, b = c; break;
-    case 4: r = x, b = c; break;
-    default: r = c, b = x; break;
-    }
-    double m = v - c;
-    return Color::colorWithCalibratedRed_green_blue_alpha(r + m, g + m, b + m, alpha);
+    return Color::colorWithCalibratedRed_green_blue_alpha(red, green, blue, alpha);
 }
 
-bool startsWith(const std::string& text, const char* prefix)
+// Hue, saturation and brightness from 0 to 1.
+Color hsb(double hue, double saturation, double brightness, double alpha)
 {
-    return text.rfind(prefix, 0) == 0;
+    double sector = std::fmod(hue, 1.0) * 6.0;
+    int i = static_cast<int>(std::floor(sector));
+    double f = sector - i;
+    double p = brightness * (1.0 - saturation);
+    double q = brightness * (1.0 - saturation * f);
+    double t = brightness * (1.0 - saturation * (1.0 - f));
+    double v = brightness;
+    switch (i) {
+    case 0: return rgb(v, t, p, alpha);
+    case 1: return rgb(q, v, p, alpha);
+    case 2: return rgb(p, v, t, alpha);
+    case 3: return rgb(p, q, v, alpha);
+    case 4: return rgb(t, p, v, alpha);
+    default: return rgb(v, p, q, alpha);
+    }
+}
+
+// The numbers of a functional form read with the scanner's rules.
+std::optional<Color> colorFromFunction(const std::string& text)
+{
+    int a = 0, b = 0, c = 0;
+    float fourth = 0.0f;
+    const char* s = text.c_str();
+    if (text.starts_with("rgba(")) {
+        if (std::sscanf(s, "rgba(%d,%d,%d,%f)", &a, &b, &c, &fourth) != 4) return std::nullopt;
+        return rgb(a / 255.0, b / 255.0, c / 255.0, 1.0);
+    }
+    if (text.starts_with("hsb(")) {
+        if (std::sscanf(s, "hsb(%d,%d,%d)", &a, &b, &c) != 3) return std::nullopt;
+        return hsb(a / 255.0, b / 255.0, c / 255.0, 1.0);
+    }
+    if (text.starts_with("hsba(")) {
+        if (std::sscanf(s, "hsba(%d,%d,%d,%f)", &a, &b, &c, &fourth) != 4) return std::nullopt;
+        return hsb(a / 255.0, b / 255.0, c / 255.0, fourth);
+    }
+    return std::nullopt;
 }
 
 } // namespace
 
-std::optional<Color> colorWithString(const std::string& text)
+std::optional<Color> colorWithString(std::string_view text)
 {
-    int r = 0, g = 0, b = 0;
-    float a = 1;
-    if (startsWith(text, "#")) return colorWithHexString(text);
-    if (startsWith(text, "rgba(")) {
-        if (std::sscanf(text.c_str(), "rgba(%d,%d,%d,%f)", &r, &g, &b, &a) != 4) return std::nullopt;
-        return Color::colorWithCalibratedRed_green_blue_alpha(r / 255.0, g / 255.0, b / 255.0, 1.0);
-    }
-    if (startsWith(text, "hsba(")) {
-        if (std::sscanf(text.c_str(), "hsba(%d,%d,%d,%f)", &r, &g, &b, &a) != 4) return std::nullopt;
-        return fromHSB(r / 255.0, g / 255.0, b / 255.0, a);
-    }
-    if (startsWith(text, "hsb(")) {
-        if (std::sscanf(text.c_str(), "hsb(%d,%d,%d)", &r, &g, &b) != 3) return std::nullopt;
-        return fromHSB(r / 255.0, g / 255.0, b / 255.0, 1.0);
-    }
-    return std::nullopt;
+    if (text.starts_with("#")) return colorWithHexString(text);
+    return colorFromFunction(std::string(text));
+}
+
+std::optional<Color> colorWithHexString(std::string_view text)
+{
+    std::string digits(text);
+    std::erase(digits, '#');
+    std::transform(digits.begin(), digits.end(), digits.begin(), [](unsigned char c) { return std::toupper(c); });
+    size_t width = digits.size() <= 4 ? 1 : 2;
+    bool hasAlpha = digits.size() == 4 || digits.size() == 8;
+    if (digits.size() != 3 * width + (hasAlpha ? width : 0)) return std::nullopt;
+    auto component = [&](size_t index) { return colorComponentFrom_start_length(digits, index * width, width); };
+    size_t first = hasAlpha ? 1 : 0;
+    return rgb(component(first), component(first + 1), component(first + 2), hasAlpha ? component(0) : 1.0);
+}
+
+double colorComponentFrom_start_length(std::string_view text, size_t start, size_t length)
+{
+    std::string digits(text.substr(std::min(start, text.size()), length));
+    if (digits.size() == 1) digits += digits;
+    unsigned value = 0;
+    std::from_chars(digits.data(), digits.data() + digits.size(), value, 16);
+    return value / 255.0;
 }

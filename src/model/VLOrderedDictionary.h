@@ -1,15 +1,25 @@
 #pragma once
 
+#include "model/VLRange.h"
+#include "model/VLValueHelpers.h"
+#include "platform/Value.h"
+
 #include <algorithm>
-#include <cstddef>
 #include <map>
 #include <mutex>
+#include <optional>
+#include <ranges>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <vector>
 
 // A dictionary that keeps its keys in insertion order and also answers by index. Changes take
 // a monitor on the dictionary, since layers of one glyph may be added from several threads.
+//
+// `_array` normally holds each key of `_dictionary` once. insertObject_forKey_atIndex with a key
+// that is already there is the one exception: the key then stands twice and its value is shared.
+// Removing a key always removes every place where it stands, so the two fields agree again.
 template <typename V> class VLOrderedDictionary {
 public:
     VLOrderedDictionary() = default;
@@ -29,6 +39,24 @@ public:
         return *this;
     }
 
+    // Takes the other dictionary's keys in its order. With values of type Value, every value is
+    // copied deeply, so nested dictionaries stay property-list dictionaries; where the values are
+    // themselves ordered dictionaries, each nested dictionary is converted the same way, and
+    // values that are not dictionaries have no place and are left out.
+    static VLOrderedDictionary initConvertFromDictionary(const ValueDictionary& dictionary)
+    {
+        VLOrderedDictionary result;
+        for (const auto& [key, value] : dictionary) result.setConvertedObject_forKey(value, key);
+        return result;
+    }
+    static VLOrderedDictionary initConvertFromDictionary(const VLOrderedDictionary<Value>& dictionary)
+    {
+        VLOrderedDictionary result;
+        dictionary.enumerateKeysAndObjectsUsingBlock(
+            [&](const std::string& key, const Value& value, bool&) { result.setConvertedObject_forKey(value, key); });
+        return result;
+    }
+
     size_t count() const { return _array.size(); }
     bool empty() const { return _array.empty(); }
 
@@ -39,6 +67,17 @@ public:
         return it == _dictionary.end() ? V() : it->second;
     }
 
+    // The value for key; a missing one is made by `make` and stored first.
+    template <typename Factory> V objectForKey_defaultClass(const std::string& key, Factory make)
+    {
+        std::lock_guard lock(_monitor);
+        auto it = _dictionary.find(key);
+        if (it != _dictionary.end()) return it->second;
+        V value = make();
+        setObject_forKey(value, key);
+        return value;
+    }
+
     void setObject_forKey(V value, const std::string& key)
     {
         std::lock_guard lock(_monitor);
@@ -47,68 +86,58 @@ public:
         it->second = std::move(value);
     }
 
+    // A key that exists already is not moved but stands twice afterwards; moveFromIndex_To is
+    // the way to move one. An index past the end appends.
+    void insertObject_forKey_atIndex(V value, const std::string& key, size_t index)
+    {
+        std::lock_guard lock(_monitor);
+        _array.insert(_array.begin() + static_cast<long>(std::min(index, _array.size())), key);
+        _dictionary[key] = std::move(value);
+    }
+
     void removeObjectForKey(std::string_view key)
     {
         std::lock_guard lock(_monitor);
         auto it = _dictionary.find(key);
         if (it == _dictionary.end()) return;
+        // The key may view one of the entries that the removal shifts.
+        const std::string owned(key);
+        _array.erase(std::remove(_array.begin(), _array.end(), owned), _array.end());
         _dictionary.erase(it);
-        // A key inserted twice leaves with both of its places.
-        _array.erase(std::remove(_array.begin(), _array.end(), key), _array.end());
-    }
-
-    // The key goes in at the index; a key that has a value already then stands twice in the
-    // order, both places sharing the value. Callers that want a move use moveFromIndex_To.
-    void insertObject_forKey_atIndex(V value, const std::string& key, size_t index)
-    {
-        std::lock_guard lock(_monitor);
-        _array.insert(_array.begin() + static_cast<std::ptrdiff_t>(std::min(index, _array.size())), key);
-        _dictionary[key] = std::move(value);
-    }
-
-    // The place of the first occurrence of the key, or npos.
-    size_t indexOfKey(std::string_view key) const
-    {
-        auto it = std::find(_array.begin(), _array.end(), key);
-        return it == _array.end() ? npos : static_cast<size_t>(it - _array.begin());
     }
 
     void removeObjectAtIndex(size_t index)
     {
-        if (const std::string* key = keyAtIndex(index)) removeObjectForKey(std::string(*key));
+        std::lock_guard lock(_monitor);
+        if (const std::string* key = keyAtIndex(index)) removeObjectForKey(*key);
     }
+
     void removeLastObject()
     {
+        std::lock_guard lock(_monitor);
         if (!_array.empty()) removeObjectAtIndex(_array.size() - 1);
     }
 
-    // The key at from goes behind the one at to when moving forward, before it when moving back.
-    void moveFromIndex_To(size_t from, size_t to)
+    // Clipped to the keys there are.
+    void removeObjectsInRange(VLRange range)
     {
-        if (from >= _array.size() || to >= _array.size() || from == to) return;
-        std::string key = _array[from];
-        _array.insert(_array.begin() + static_cast<std::ptrdiff_t>(to > from ? to + 1 : to), key);
-        _array.erase(_array.begin() + static_cast<std::ptrdiff_t>(to < from ? from + 1 : from));
+        std::lock_guard lock(_monitor);
+        range = range.clippedTo(_array.size());
+        auto first = _array.begin() + static_cast<long>(range.location);
+        removeObjectsForKeys(std::vector<std::string>(first, first + static_cast<long>(range.length)));
     }
 
-    void exchangeObjectAtIndex_withObjectAtIndex(size_t a, size_t b)
+    // From `from` up to, not including, `to`.
+    void removeObjectFromIndex_To(size_t from, size_t to)
     {
-        if (a < _array.size() && b < _array.size()) std::swap(_array[a], _array[b]);
+        if (to > from) removeObjectsInRange({from, to - from});
     }
 
-    // Sorts the keys, not the values.
-    template <typename Compare> void sortUsingComparator(Compare compare)
+    void removeObjectsForKeys(const std::vector<std::string>& keys)
     {
-        std::stable_sort(_array.begin(), _array.end(), compare);
+        std::lock_guard lock(_monitor);
+        for (const std::string& key : keys) removeObjectForKey(key);
     }
-
-    template <typename Block> void enumerateKeysAndObjectsUsingBlock(Block&& block) const
-    {
-        bool stop = false;
-        for (size_t i = 0; i < _array.size() && !stop; ++i) block(_array[i], objectForKey(_array[i]), stop);
-    }
-
-    static constexpr size_t npos = static_cast<size_t>(-1);
 
     void removeAllObjects()
     {
@@ -117,11 +146,44 @@ public:
         _array.clear();
     }
 
+    // The key at `from` goes to `to`: inserted behind the target when moving down the list, before
+    // it when moving up, and then the old place is removed. Indexes past the end do nothing.
+    void moveFromIndex_To(size_t from, size_t to)
+    {
+        std::lock_guard lock(_monitor);
+        if (from >= _array.size() || to >= _array.size()) return;
+        std::string key = _array[from];
+        _array.insert(_array.begin() + static_cast<long>(to > from ? to + 1 : to), std::move(key));
+        _array.erase(_array.begin() + static_cast<long>(to < from ? from + 1 : from));
+    }
+
+    void exchangeObjectAtIndex_withObjectAtIndex(size_t index1, size_t index2)
+    {
+        std::lock_guard lock(_monitor);
+        if (index1 < _array.size() && index2 < _array.size()) std::swap(_array[index1], _array[index2]);
+    }
+    void swipeIndex_with(size_t index1, size_t index2) { exchangeObjectAtIndex_withObjectAtIndex(index1, index2); }
+
+    // Orders the keys, not the values; the comparator answers -1, 0 or 1 for two keys.
+    template <typename Comparator> void sortUsingComparator(Comparator comparator)
+    {
+        std::lock_guard lock(_monitor);
+        std::stable_sort(_array.begin(), _array.end(),
+                         [&](const std::string& a, const std::string& b) { return comparator(a, b) < 0; });
+    }
+
     // Null past the end.
     const std::string* keyAtIndex(size_t index) const { return index < _array.size() ? &_array[index] : nullptr; }
     V objectAtIndex(size_t index) const { return index < _array.size() ? objectForKey(_array[index]) : V(); }
+    std::optional<size_t> indexOfKey(std::string_view key) const
+    {
+        auto it = std::find(_array.begin(), _array.end(), key);
+        if (it == _array.end()) return std::nullopt;
+        return static_cast<size_t>(it - _array.begin());
+    }
 
     const std::vector<std::string>& allKeys() const { return _array; }
+    auto reverseKeyEnumerator() const { return _array | std::views::reverse; }
     std::vector<V> allValues() const
     {
         std::vector<V> values;
@@ -130,7 +192,44 @@ public:
         return values;
     }
 
+    std::vector<std::string> allKeysForObject(const V& object) const
+    {
+        std::vector<std::string> keys;
+        for (const std::string& key : _array)
+            if (objectForKey(key) == object) keys.push_back(key);
+        return keys;
+    }
+
+    // The values in order, each once.
+    std::vector<V> allDistinctValues() const
+    {
+        std::vector<V> values;
+        for (const std::string& key : _array) {
+            V value = objectForKey(key);
+            if (std::find(values.begin(), values.end(), value) == values.end()) values.push_back(std::move(value));
+        }
+        return values;
+    }
+
+    // block(key, value, stop) in order until it sets stop; it must not change the dictionary.
+    template <typename Block> void enumerateKeysAndObjectsUsingBlock(Block block) const
+    {
+        bool stop = false;
+        for (const std::string& key : _array) {
+            block(key, _dictionary.find(key)->second, stop);
+            if (stop) return;
+        }
+    }
+
 private:
+    void setConvertedObject_forKey(const Value& value, const std::string& key)
+    {
+        if constexpr (std::is_same_v<V, Value>)
+            setObject_forKey(deepMutableCopy(value), key);
+        else if (value.isDictionary())
+            setObject_forKey(V::initConvertFromDictionary(value.dictionary()), key);
+    }
+
     std::map<std::string, V, std::less<>> _dictionary;
     std::vector<std::string> _array;
     mutable std::recursive_mutex _monitor;

@@ -1,18 +1,17 @@
 #include "model/VLStringHelpers.h"
 
 #include <algorithm>
-#include <cctype>
 #include <cstdio>
 #include <cstdlib>
 
 namespace {
 
-bool onlyOf(const std::string& text, const char* allowed)
+bool onlyCharactersOf(std::string_view s, std::string_view allowed)
 {
-    return text.find_first_not_of(allowed) == std::string::npos;
+    return s.find_first_not_of(allowed) == std::string_view::npos;
 }
 
-int hexDigit(char c)
+int hexDigitValue(char c)
 {
     if (c >= '0' && c <= '9') return c - '0';
     if (c >= 'A' && c <= 'F') return c - 'A' + 10;
@@ -20,48 +19,41 @@ int hexDigit(char c)
     return -1;
 }
 
+constexpr int32_t notHex = 0x7fffffff;
+
 } // namespace
 
-bool isNumber(const std::string& text)
+bool isNumber(std::string_view s) { return onlyCharactersOf(s, "0123456789+-."); }
+
+bool isAllDigits(std::string_view s) { return onlyCharactersOf(s, "0123456789"); }
+
+bool isHexCapitalString(std::string_view s) { return onlyCharactersOf(s, "0123456789ABCDEF"); }
+
+bool isHexCapitalStringWithLength(std::string_view s, size_t length)
 {
-    return onlyOf(text, "0123456789+-.");
+    return s.size() == length && isHexCapitalString(s);
 }
 
-bool isAllDigits(const std::string& text)
+int32_t hexStringToInt(std::string_view s)
 {
-    return onlyOf(text, "0123456789");
-}
-
-bool isHexCapitalString(const std::string& text)
-{
-    return onlyOf(text, "0123456789ABCDEF");
-}
-
-bool isHexCapitalStringWithLength(const std::string& text, size_t length)
-{
-    return text.size() == length && isHexCapitalString(text);
-}
-
-int64_t hexStringToInt(const std::string& text)
-{
-    constexpr int64_t invalid = 0x7fffffff;
-    if (text.empty()) return invalid;
-    int64_t value = 0;
-    int shift = 0;
-    for (size_t i = text.size(); i-- > 0;) {
-        char c = text[i];
+    if (s.empty()) return notHex;
+    // Unsigned, so that digits beyond the eighth and negation wrap instead of overflowing.
+    uint32_t result = 0;
+    unsigned shift = 0;
+    for (size_t i = s.size(); i-- > 0;) {
+        char c = s[i];
         if (c == ' ') continue;
         if (c == '-') {
-            value = -value;
+            result = 0 - result;
             if (i == 0) break;
             continue;
         }
-        int digit = hexDigit(c);
-        if (digit < 0 || shift > 60) return invalid;
-        value += static_cast<int64_t>(digit) << shift;
+        int digit = hexDigitValue(c);
+        if (digit < 0) return notHex;
+        if (shift < 32) result += static_cast<uint32_t>(digit) << shift;
         shift += 4;
     }
-    return value;
+    return static_cast<int32_t>(result);
 }
 
 std::string hexStringFromInt(int64_t value)
@@ -72,101 +64,28 @@ std::string hexStringFromInt(int64_t value)
     return text;
 }
 
-double lenientDoubleValue(const std::string& text)
+double lenientDoubleValue(std::string_view s)
 {
-    std::string point = text;
-    std::replace(point.begin(), point.end(), ',', '.');
-    return std::strtod(point.c_str(), nullptr);
+    std::string text(s);
+    std::replace(text.begin(), text.end(), ',', '.');
+    return std::strtod(text.c_str(), nullptr);
 }
 
-std::string stringByAppendingDotSuffix(const std::string& text, const std::string& suffix)
+std::string stringByAppendingDotSuffix(std::string_view s, std::string_view suffix)
 {
-    if (suffix.empty()) return text;
-    return text + (suffix[0] == '.' ? "" : ".") + suffix;
+    std::string result(s);
+    if (suffix.empty()) return result;
+    if (suffix.front() != '.') result += '.';
+    return result.append(suffix);
 }
 
-std::optional<std::string> dotSuffix(const std::string& text)
+std::optional<std::string> dotSuffix(std::string_view s)
 {
-    size_t dot = text.find('.');
-    if (dot == std::string::npos) return std::nullopt;
-    return text.substr(dot);
+    size_t dot = s.find('.');
+    if (dot == std::string_view::npos) return std::nullopt;
+    return std::string(s.substr(dot));
 }
 
-std::string stringByDeletingDotSuffix(const std::string& text)
-{
-    return text.substr(0, text.find('.'));
-}
+std::string stringByDeletingDotSuffix(std::string_view s) { return std::string(s.substr(0, s.find('.'))); }
 
-std::string stringByDeletingLastDotSuffix(const std::string& text)
-{
-    return text.substr(0, text.rfind('.'));
-}
-
-size_t countOfChar(const std::string& text, char c)
-{
-    return static_cast<size_t>(std::count(text.begin(), text.end(), c));
-}
-
-std::string stringWithFirstLower(const std::string& text)
-{
-    std::string result = text;
-    if (!result.empty()) result[0] = static_cast<char>(std::tolower(static_cast<unsigned char>(result[0])));
-    return result;
-}
-
-std::string stringWithFirstUpper(const std::string& text)
-{
-    std::string result = text;
-    if (!result.empty()) result[0] = static_cast<char>(std::toupper(static_cast<unsigned char>(result[0])));
-    return result;
-}
-
-std::string asciiString(const std::string& text)
-{
-    std::string result;
-    for (size_t i = 0; i < text.size();) {
-        unsigned char c = static_cast<unsigned char>(text[i]);
-        if (c < 0x80) {
-            if (c < 32 || c == 127) {
-                char escape[8];
-                std::snprintf(escape, sizeof escape, "\\%03o", c);
-                result += escape;
-            } else {
-                if (c == '\\' || c == '"') result += '\\';
-                result += static_cast<char>(c);
-            }
-            ++i;
-            continue;
-        }
-        size_t length = c < 0xE0 ? 2 : c < 0xF0 ? 3 : 4;
-        uint32_t code = c & (0x3F >> (length - 1));
-        for (size_t k = 1; k < length && i + k < text.size(); ++k)
-            code = (code << 6) | (static_cast<unsigned char>(text[i + k]) & 0x3F);
-        char escape[12];
-        std::snprintf(escape, sizeof escape, "\\U%04X", code);
-        result += escape;
-        i += length;
-    }
-    return result;
-}
-
-std::string camelCaseToSentenceCase(const std::string& text)
-{
-    std::string result;
-    for (size_t i = 0; i < text.size(); ++i) {
-        result += text[i];
-        if (i + 1 < text.size() && std::islower(static_cast<unsigned char>(text[i])) &&
-            std::isupper(static_cast<unsigned char>(text[i + 1])))
-            result += ' ';
-    }
-    return result;
-}
-
-std::string encodeForFilePath(const std::string& text)
-{
-    std::string result;
-    for (char c : text)
-        if (static_cast<unsigned char>(c) >= 32 && std::string_view("<>:\"/\\|?*").find(c) == std::string_view::npos)
-            result += c;
-    return result;
-}
+std::string stringByDeletingLastDotSuffix(std::string_view s) { return std::string(s.substr(0, s.rfind('.'))); }

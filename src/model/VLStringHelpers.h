@@ -1,35 +1,54 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 
-// Text helpers that the model and the readers share. Strings are UTF-8.
+// Text helpers over UTF-8 strings. Where they speak of characters, they mean code points.
 
-// Nothing but "0123456789+-.": the empty string is a number too, "1e5" is not.
-bool isNumber(const std::string& text);
-bool isAllDigits(const std::string& text);
-bool isHexCapitalString(const std::string& text);
-bool isHexCapitalStringWithLength(const std::string& text, size_t length);
-// Hexadecimal read from the last character to the first: blanks are passed over, a "-" negates,
-// anything else (and the empty string) gives 0x7fffffff.
-int64_t hexStringToInt(const std::string& text);
+// Character-set tests; an empty string passes each of them.
+bool isNumber(std::string_view s); // only "0123456789+-."
+bool isAllDigits(std::string_view s);
+bool isHexCapitalString(std::string_view s); // only "0123456789ABCDEF"
+bool isHexCapitalStringWithLength(std::string_view s, size_t length);
+
+// Read from the last character to the first: hexadecimal digits of either case, blanks skipped,
+// "-" negates what is read so far. 0x7fffffff for an empty string or any other character.
+int32_t hexStringToInt(std::string_view s);
 // Upper-case hexadecimal of the absolute value, limited to 32 bits, "-" before a negative number.
 std::string hexStringFromInt(int64_t value);
-// Decimal commas read as points.
-double lenientDoubleValue(const std::string& text);
+// A decimal number that may use "," as its decimal mark; 0 where nothing can be read.
+double lenientDoubleValue(std::string_view s);
 
-std::string stringByAppendingDotSuffix(const std::string& text, const std::string& suffix);
-// From the first "." on, or nothing without one.
-std::optional<std::string> dotSuffix(const std::string& text);
-std::string stringByDeletingDotSuffix(const std::string& text);
-std::string stringByDeletingLastDotSuffix(const std::string& text);
-size_t countOfChar(const std::string& text, char c);
-std::string stringWithFirstLower(const std::string& text);
-std::string stringWithFirstUpper(const std::string& text);
-// Printable ASCII as it is; other characters escaped as a property list writes them.
-std::string asciiString(const std::string& text);
-// "lowerUpper" gives "lower Upper".
-std::string camelCaseToSentenceCase(const std::string& text);
-// Without the characters a file name may not hold: <>:"/\|?* and controls.
-std::string encodeForFilePath(const std::string& text);
+// Dot suffixes of names such as "a.sc.ss01".
+std::string stringByAppendingDotSuffix(std::string_view s, std::string_view suffix);
+std::optional<std::string> dotSuffix(std::string_view s); // from the first "."
+std::string stringByDeletingDotSuffix(std::string_view s); // cut at the first "."
+std::string stringByDeletingLastDotSuffix(std::string_view s); // cut at the last "."
+
+size_t countOfChar(std::string_view s, char32_t c);
+// 0 past the end.
+char32_t character32AtIndex(std::string_view s, size_t index);
+std::string stringByRemovingCharactersInSet(std::string_view s, std::string_view set);
+// Case changes of the first character, for ASCII and the Latin-1 letters.
+std::string stringWithFirstLower(std::string_view s);
+std::string stringWithFirstUpper(std::string_view s);
+// Drops combining marks, and the accents of the Latin-1 and Latin Extended-A letters that have a
+// base letter.
+std::string stringByRemovingAccents(std::string_view s);
+// Escapes for the text property-list form: control characters as octal, anything beyond ASCII
+// as "\U" and four hexadecimal digits per UTF-16 unit. A wholly printable string stays as it is.
+std::string asciiString(std::string_view s);
+// "fontName" -> "font Name".
+std::string camelCaseToSentenceCase(std::string_view s);
+
+// Without the characters <>:"/\|?* and control characters.
+std::string encodeForFilePath(std::string_view s);
+// "<prefix>-<UUID>" in the temporary folder.
+std::string pathForTemporaryFileWithPrefix(std::string_view prefix);
+// A relative path taken from the base folder; an absolute one stays.
+std::string absolutePathFromBaseDirPath(std::string_view path, std::string_view baseDirPath);
+// An absolute path as seen from the base folder; a relative one stays.
+std::string relativePathFromBaseDirPath(std::string_view path, std::string_view baseDirPath);

@@ -1,10 +1,21 @@
 #include "model/VLValueHelpers.h"
 
+#include "platform/StringFormat.h"
 #include "platform/VLException.h"
 
-#include <sstream>
+#include <ranges>
 
 namespace {
+
+template <typename Keys> Value walk(const Value& root, const Keys& keys)
+{
+    const Value* value = &root;
+    for (const auto& key : keys) {
+        value = &(*value)[std::string_view(key)];
+        if (value->isNull()) return Value();
+    }
+    return *value;
+}
 
 std::string joined(const std::vector<std::string>& keys)
 {
@@ -13,55 +24,55 @@ std::string joined(const std::vector<std::string>& keys)
     return path;
 }
 
+[[noreturn]] void raiseNotADictionary(const std::vector<std::string>& keys, size_t offending)
+{
+    std::string path = joined(keys);
+    std::string reason =
+        offending + 2 == keys.size()
+            ? stringWithFormat("Before-last path item is not a dictionary (keyPath %s)", path.c_str())
+            : stringWithFormat("Path item not a dictionary (keyPath %s - offending %s)", path.c_str(),
+                               keys[offending].c_str());
+    throw VLException("NSInternalInconsistencyException", reason);
+}
+
 } // namespace
 
-Value objectForKeysInArray(const Value& root, const std::vector<std::string>& keys)
-{
-    Value current = root;
-    for (const std::string& key : keys) {
-        current = current[key];
-        if (current.isNull()) return current;
-    }
-    return current;
-}
+Value objectForKeysInArray(const Value& root, const std::vector<std::string>& keys) { return walk(root, keys); }
 
-Value objectForKeyPath(const Value& root, const std::string& keyPath)
+Value objectForKeys(const Value& root, std::initializer_list<std::string_view> keys) { return walk(root, keys); }
+
+Value objectForKeyPath(const Value& root, std::string_view keyPath)
 {
     std::vector<std::string> keys;
-    std::stringstream path(keyPath);
-    for (std::string key; std::getline(path, key, '.');) keys.push_back(key);
-    return objectForKeysInArray(root, keys);
+    for (auto part : keyPath | std::views::split('.')) keys.emplace_back(part.begin(), part.end());
+    return walk(root, keys);
 }
 
-void setObject_forKeysInArray(Value& root, const Value& value, const std::vector<std::string>& keys)
+void setObject_forKeysInArray(Value& root, Value object, const std::vector<std::string>& keys)
 {
-    if (keys.empty() || !root.isDictionary()) return;
-    ValueDictionary* current = root.mutableDictionary();
+    ValueDictionary* dictionary = root.mutableDictionary();
+    if (!dictionary || keys.empty()) return;
     for (size_t i = 0; i + 1 < keys.size(); ++i) {
-        Value& next = (*current)[keys[i]];
-        if (next.isNull()) next = Value(ValueDictionary());
-        if (!next.isDictionary()) {
-            bool beforeLast = i + 2 == keys.size();
-            throw VLException("VLInvalidArgumentException",
-                              std::string(beforeLast ? "Before-last path item is not a dictionary" : "Path item not a dictionary") +
-                                  " (keyPath " + joined(keys) + " - offending " + keys[i] + ")");
-        }
-        current = next.mutableDictionary();
+        Value& next = (*dictionary)[keys[i]];
+        if (next.isNull()) next = ValueDictionary();
+        dictionary = next.mutableDictionary();
+        if (!dictionary) raiseNotADictionary(keys, i);
     }
-    (*current)[keys.back()] = value;
+    (*dictionary)[keys.back()] = std::move(object);
 }
 
 Value deepMutableCopy(const Value& value)
 {
-    if (value.isArray()) {
-        ValueArray items;
-        for (const Value& item : value.array()) items.push_back(deepMutableCopy(item));
-        return Value(std::move(items));
-    }
     if (value.isDictionary()) {
-        ValueDictionary entries;
-        for (const auto& [key, item] : value.dictionary()) entries[key] = deepMutableCopy(item);
-        return Value(std::move(entries));
+        ValueDictionary copy;
+        for (const auto& [key, item] : value.dictionary()) copy.emplace(key, deepMutableCopy(item));
+        return copy;
+    }
+    if (value.isArray()) {
+        ValueArray copy;
+        copy.reserve(value.count());
+        for (const Value& item : value.array()) copy.push_back(deepMutableCopy(item));
+        return copy;
     }
     return value;
 }
@@ -69,13 +80,7 @@ Value deepMutableCopy(const Value& value)
 ValueDictionary reverseMapping(const ValueDictionary& dictionary)
 {
     ValueDictionary reversed;
-    for (const auto& [key, value] : dictionary) reversed[value.isString() ? value.string() : value.description()] = Value(key);
-    return reversed;
-}
-
-std::optional<std::string> firstKeyForObject(const ValueDictionary& dictionary, const Value& object)
-{
     for (const auto& [key, value] : dictionary)
-        if (value == object) return key;
-    return std::nullopt;
+        reversed[value.isString() ? value.string() : value.description()] = Value(key);
+    return reversed;
 }
