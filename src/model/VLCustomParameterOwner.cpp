@@ -1,6 +1,7 @@
 #include "model/VLCustomParameterOwner.h"
 
 #include "model/VLCustomParameter.h"
+#include "model/VLValueHelpers.h"
 
 #include <algorithm>
 
@@ -77,4 +78,14 @@ void VLCustomParameterOwner::removeObjectFromCustomParametersAtIndex(size_t inde
     if (index >= _customParameters.size()) return;
     _customParameters.erase(_customParameters.begin() + static_cast<std::ptrdiff_t>(index));
     invalidateCustomParameterCache();
+}
+
+void VLCustomParameterOwner::copyCustomParametersFrom(const VLCustomParameterOwner& other)
+{
+    for (const auto& parameter : other.customParameters()) {
+        auto copy = VLCustomParameter::initWithName_value(parameter->name(), deepMutableCopy(parameter->value()));
+        if (!copy) continue;
+        copy->setActive(parameter->active());
+        addCustomParameter(copy);
+    }
 }

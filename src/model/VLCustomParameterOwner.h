@@ -32,6 +32,8 @@ public:
     Value customColorValueForKey(const std::string& key) { return customValueForKey(key); }
 
     void addCustomParameter(const std::shared_ptr<VLCustomParameter>& parameter);
+    // Copies of the other owner's parameters, appended in their order.
+    void copyCustomParametersFrom(const VLCustomParameterOwner& other);
     // Removes every parameter of the name.
     void removeObjectFromCustomParametersForKey(const std::string& key);
     void removeObjectFromCustomParametersAtIndex(size_t index);

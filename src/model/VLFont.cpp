@@ -3,7 +3,10 @@
 #include "model/VLCustomParameter.h"
 #include "model/VLFontMaster.h"
 #include "model/VLLayer.h"
+#include "model/VLAxis.h"
 #include "model/VLGlyph.h"
+#include "model/VLInstance.h"
+#include "model/VLMetric.h"
 #include "model/VLUserData.h"
 
 #include <cstdio>
@@ -204,4 +207,53 @@ Value VLFont::panose()
         parameter->setValue(Value(std::move(numbers)));
     }
     return parameter->value();
+}
+
+namespace {
+
+template <typename T> std::vector<std::shared_ptr<T>> copies(const std::vector<std::shared_ptr<T>>& items)
+{
+    std::vector<std::shared_ptr<T>> result;
+    for (const auto& item : items) result.push_back(item->copy());
+    return result;
+}
+
+} // namespace
+
+std::shared_ptr<VLFont> VLFont::copy() const
+{
+    auto font = std::make_shared<VLFont>();
+    font->_unitsPerEm = _unitsPerEm;
+    font->_versionMajor = _versionMajor;
+    font->_versionMinor = _versionMinor;
+    font->_gridMain = _gridMain;
+    font->_gridSubDivision = _gridSubDivision;
+    font->_keyboardIncrement = _keyboardIncrement;
+    font->_keyboardIncrementBig = _keyboardIncrementBig;
+    font->_keyboardIncrementHuge = _keyboardIncrementHuge;
+    font->_previewRemoveOverlap = _previewRemoveOverlap;
+    font->_snapToObjects = _snapToObjects;
+    font->_disablesNiceNames = _disablesNiceNames;
+    font->_disablesAutomaticAlignment = _disablesAutomaticAlignment;
+    font->_keepAlternatesTogether = _keepAlternatesTogether;
+    font->_fontName = _fontName;
+    font->_formatVersion = _formatVersion;
+    font->_storedFormatVersion = _storedFormatVersion;
+    font->_appVersion = _appVersion;
+    font->_storedFileType = _storedFileType;
+    font->_fontType = _fontType;
+    font->_userData = _userData;
+    font->_disabledChanges = true;
+    font->setAxes(copies(_axes));
+    font->copyCustomParametersFrom(*this);
+    font->setFontMasters(copies(_fontMasters));
+    font->_instances = copies(_instances);
+    for (const auto& instance : font->_instances) instance->setFont(font.get());
+    font->setMetrics(copies(_metrics));
+    font->setStems(copies(_stems));
+    font->setNumbers(copies(_numbers));
+    std::vector<std::shared_ptr<VLGlyph>> glyphs;
+    for (const auto& glyph : _glyphs) glyphs.push_back(glyph->copy());
+    font->setGlyphs(std::move(glyphs));
+    return font;
 }

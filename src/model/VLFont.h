@@ -29,6 +29,8 @@ public:
     // A new font holding exactly one master "m01" made with initFast.
     static std::shared_ptr<VLFont> init();
     ~VLFont() override;
+    // A deep copy of everything the font keeps, glyphs with their ids; interface updates are off.
+    std::shared_ptr<VLFont> copy() const;
 
     // Reads a document in any of its storage forms and finishes it; null on failure.
     static std::shared_ptr<VLFont> initWithURL_error(const std::string& path, VLError* error);

@@ -29,6 +29,8 @@ public:
     // Reads a master record; the parse info stands behind its opening brace.
     static std::shared_ptr<VLFontMaster> initWithVelmorParser_format(VLPlistParseInfo* info, uint8_t format);
     static constexpr const char* className = "VLFontMaster";
+    // A deep copy without font.
+    std::shared_ptr<VLFontMaster> copy() const;
     // Runs when the font's axes and metrics are known: turns the read buffer and, for format 1,
     // the legacy values into metrics, stems and the location.
     bool postRead_format(VLError* error, uint8_t format);

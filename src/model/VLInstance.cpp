@@ -111,3 +111,22 @@ void VLInstance::setReadBuffer_forKey(const Value& value, const std::string& key
     if (!_readBuffer) _readBuffer.emplace();
     (*_readBuffer)[key] = value;
 }
+
+std::shared_ptr<VLInstance> VLInstance::copy() const
+{
+    auto instance = init();
+    instance->_font = _font;
+    instance->_isItalic = _isItalic;
+    instance->_isBold = _isBold;
+    instance->_manualInterpolation = _manualInterpolation;
+    instance->_exports = _exports;
+    instance->_name = _name;
+    instance->_visible = _visible;
+    instance->_instanceInterpolations = _instanceInterpolations;
+    instance->_weightClassValue = _weightClassValue;
+    instance->_widthClassValue = _widthClassValue;
+    instance->_type = _type;
+    for (const auto& [axisId, value] : _axesValues) instance->_axesValues[axisId] = value->copy();
+    instance->copyCustomParametersFrom(*this);
+    return instance;
+}

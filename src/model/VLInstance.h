@@ -27,6 +27,8 @@ public:
     // The document's instance dictionary; the font gives the axes that "axesValues" refers to.
     static std::shared_ptr<VLInstance> initWithDict_container_format(const Value& dict, VLFont* font, uint8_t format);
     static constexpr const char* className = "VLInstance";
+    // A deep copy for the same font.
+    std::shared_ptr<VLInstance> copy() const;
     // Places an instance of an older document on the font's axes from its "interpolations".
     bool postRead_format(VLError* error, uint8_t format);
 

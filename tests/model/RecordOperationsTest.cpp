@@ -92,3 +92,28 @@ TEST(GlyphCopy, CopiesLayersAndKeepsTheId)
     EXPECT_EQ(copy->layerForIdFast("m01")->parent(), copy);
     EXPECT_EQ(copy->layerForIdFast("m01")->countOfShapes(), 1u);
 }
+
+TEST(FontCopy, DeepCopiesMastersMetricsAndGlyphs)
+{
+    auto font = VLFont::init();
+    font->fontMasterAtIndex(0)->setDefaultAscender(720);
+    font->addCustomParameter(VLCustomParameter::initWithName_value(std::string("note"), Value("x")));
+    auto glyph = VLGlyph::initFast();
+    glyph->setNameFast("A");
+    glyph->setId("stable");
+    font->setGlyphs({glyph});
+
+    auto copy = font->copy();
+    EXPECT_FALSE(copy->isUpdateInterfaceEnabled());
+    ASSERT_EQ(copy->fontMasters().size(), 1u);
+    auto master = copy->fontMasterAtIndex(0);
+    EXPECT_NE(master, font->fontMasterAtIndex(0));
+    EXPECT_EQ(master->font(), copy.get());
+    EXPECT_EQ(master->defaultAscender(), 720);
+    master->setDefaultAscender(600);
+    font->fontMasterAtIndex(0)->setNeedsUpdateCachedVerticalMetrics();
+    EXPECT_EQ(font->fontMasterAtIndex(0)->defaultAscender(), 720) << "the copy's values are its own";
+    EXPECT_EQ(copy->customValueForKey("note"), Value("x"));
+    EXPECT_EQ(copy->glyphForName("A")->id(), "stable");
+    EXPECT_EQ(copy->glyphForName("A")->parent(), copy);
+}
