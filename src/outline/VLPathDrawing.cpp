@@ -1,3 +1,4 @@
+#include "geometry/VLCubic.h"
 #include "geometry/VLGeometry.h"
 #include "geometry/VLPenProtocol.h"
 #include "model/VLLayer.h"
@@ -5,6 +6,7 @@
 #include "outline/VLHint.h"
 #include "outline/VLNode.h"
 #include "outline/VLPath.h"
+#include "outline/VLSegmentCrossing.h"
 
 #include <algorithm>
 #include <array>
@@ -126,7 +128,7 @@ private:
             if (!exists(i - 1)) return _in.count = 0, false;
             _in = {{_path.positionAtIndex(i), _path.positionAtIndex(i - 1)}, 2};
         }
-        if (mayCut && _in.count == 2 && isOutsideStep(i) && cutOutsideOverlap(i)) {
+        if (mayCut && (_in.count == 2 || _in.count == 4) && isOutsideStep(i) && cutOutsideOverlap(i)) {
             skipped = 1;
             return true;
         }
@@ -151,24 +153,41 @@ private:
         return cross(before) < 0 && cross(after) < 0;
     }
 
-    // Where the lines into the step and out of it cross close to it, the step is cut away: the
-    // incoming line ends at the crossing and the outgoing one starts there.
+    // The segment that leaves the step's far corner: a line, or a curve through two off-curve
+    // nodes; its points into out, false for anything else.
+    bool segmentAfterStep(long i, NodeSegment& out) const
+    {
+        Point b = _path.positionAtIndex(i + 1);
+        if (typeAt(i + 2) == VLNode::LINE) {
+            out = {{b, _path.positionAtIndex(i + 2)}, 2};
+            return true;
+        }
+        if (typeAt(i + 2) != VLNode::OFFCURVE || typeAt(i + 3) != VLNode::OFFCURVE || typeAt(i + 4) != VLNode::CURVE)
+            return false;
+        out = {{b, _path.positionAtIndex(i + 2), _path.positionAtIndex(i + 3), _path.positionAtIndex(i + 4)}, 4};
+        return true;
+    }
+
+    // Where the segments into the step and out of it cross close to it, the step is cut away: the
+    // incoming segment ends at the crossing and the outgoing one starts there.
     bool cutOutsideOverlap(long i)
     {
-        if (typeAt(i + 2) != VLNode::LINE) return false;
-        Point start = _in.points[1], a = _in.points[0];
-        Point b = _path.positionAtIndex(i + 1), c = _path.positionAtIndex(i + 2);
-        Point x = VLLineIntersection(start, a, b, c);
-        if (x.x == VLUnsetValue) return false;
-        double inLength = std::hypot(a.x - start.x, a.y - start.y);
-        double outLength = std::hypot(c.x - b.x, c.y - b.y);
-        if (inLength == 0 || outLength == 0) return false;
-        double r1 = std::hypot(a.x - x.x, a.y - x.y) / inLength;
-        double r2 = std::hypot(b.x - x.x, b.y - x.y) / outLength;
-        bool near = r1 > 0.0001 && r2 > 0.0001 && (r1 < 0.3 || r2 < 0.3 || (r1 < 0.5 && r2 < 0.5));
-        if (!near) return false;
-        _in.points[0] = x;
-        _out = {{x, c}, 2};
+        NodeSegment after;
+        if (!segmentAfterStep(i, after)) return false;
+        VLCubic in = _in.count == 4 ? VLCubic{_in.points[3], _in.points[2], _in.points[1], _in.points[0]}
+                                    : lineAsCubic(_in.points[1], _in.points[0]);
+        VLCubic out = after.count == 4 ? VLCubic{after.points[0], after.points[1], after.points[2], after.points[3]}
+                                       : lineAsCubic(after.points[0], after.points[1]);
+        auto crossing = VLCrossingNearCorner(in, out, _in.count == 2 && after.count == 2);
+        if (!crossing) return false;
+        VLCubic before = VLCubicSubcurve(in, 0, crossing->inTime);
+        VLCubic rest = VLCubicSubcurve(out, crossing->outTime, 1);
+        before[3] = rest[0] = crossing->point;
+        if (_in.count == 4)
+            _in.points = {before[3], before[2], before[1], before[0]};
+        else
+            _in.points[0] = before[3];
+        _out = after.count == 4 ? NodeSegment{{rest[0], rest[1], rest[2], rest[3]}, 4} : NodeSegment{{rest[0], rest[3]}, 2};
         return true;
     }
 

@@ -14,6 +14,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 
 namespace {
@@ -277,4 +278,26 @@ TEST(PathDrawing, HintsOfReplacedNodesBecomeKnobs)
     EXPECT_TRUE(hint->originIndex().empty());
     EXPECT_EQ(hint->knob(VLHint::Origin), (Point{12, 34}));
     EXPECT_EQ(hint->targetIndex(), (VLIndexPath{1, 3})) << "only the first path's nodes";
+}
+
+TEST(PathDrawing, OverlapsAreCutWhereACurveCrossesTheLineBack)
+{
+    // A curve comes down into the corner at (100, 0); the step to (97, -10) and the line back up
+    // to (60, 50) cross the curve close to the corner.
+    PathInFont f(0);
+    f.add({0, 0}, VLNode::LINE);
+    f.add({60, 0}, VLNode::OFFCURVE);
+    f.add({100, 20}, VLNode::OFFCURVE);
+    f.add({100, 0}, VLNode::CURVE);
+    f.add({97, -10}, VLNode::LINE);
+    f.add({60, 50}, VLNode::LINE);
+    f.path->setClosed(true);
+    BezierPath out = f.draw();
+    std::vector<Point> points = pointsOf(out);
+    bool stepDrawn = std::find(points.begin(), points.end(), Point{97, -10}) != points.end();
+    EXPECT_FALSE(stepDrawn) << "the step is gone";
+    EXPECT_EQ(out.elementAtIndex(2), BezierPathElement::CurveTo) << "the curve ends at the crossing";
+    Point p[3];
+    out.elementAtIndex_associatedPoints(2, p);
+    EXPECT_LT(p[2].x, 100) << "before the corner";
 }
