@@ -80,6 +80,11 @@ private:
         long i = -1;
         while (typeAt(i) == VLNode::OFFCURVE && i > -_n) --i;
         if (typeAt(i) == VLNode::OFFCURVE) return drawAllOffCurve();
+        // A step at the start could not be cut on the way back to it: start one corner earlier.
+        if (isOutsideStep(i))
+            do
+                --i;
+            while (typeAt(i) == VLNode::OFFCURVE && i > -2 * _n);
         long skipped = 0;
         prepareInOut(i, false, skipped);
         drawNodeDefault(i, true, false);

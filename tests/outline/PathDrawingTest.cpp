@@ -301,3 +301,12 @@ TEST(PathDrawing, OverlapsAreCutWhereACurveCrossesTheLineBack)
     out.elementAtIndex_associatedPoints(2, p);
     EXPECT_LT(p[2].x, 100) << "before the corner";
 }
+
+TEST(PathDrawing, AStepAtTheStartOfAClosedPathIsCutToo)
+{
+    PathInFont f(0);
+    for (Point p : {Point{97, -10}, Point{0, 30}, Point{0, 0}, Point{100, 0}}) f.add(p, VLNode::LINE);
+    f.path->setClosed(true);
+    auto points = pointsOf(f.draw());
+    EXPECT_EQ(std::find(points.begin(), points.end(), Point{97, -10}), points.end()) << "the step is gone";
+}
