@@ -1,4 +1,5 @@
 #include "geometry/VLGeometry.h"
+#include "platform/SinglePrecision.h"
 
 #include <algorithm>
 
@@ -37,7 +38,7 @@ double VLVectorAngle(double dx, double dy)
 {
     if (std::fabs(dx) < 0.01 && std::fabs(dy) < 0.01) return 0.0;
     if (dx == 0.0) return dy >= 0.0 ? 90.0 : 270.0;
-    double angle = std::atan(static_cast<float>(dy / dx)) * DegreesPerRadian;
+    double angle = std::atan(VLSinglePrecision(dy / dx)) * DegreesPerRadian;
     return dx > 0.0 ? angle : angle + 180.0;
 }
 
@@ -92,18 +93,18 @@ Point VLLineIntersectionUnlimited(Point a1, Point a2, Point b1, Point b2)
 
 double VLGeometry::angleBetweenVector_andVector(Point a, Point b)
 {
-    float lengths = std::sqrt(static_cast<float>((b.x * b.x + b.y * b.y) * (a.x * a.x + a.y * a.y)));
+    float lengths = std::sqrt(VLSinglePrecision((b.x * b.x + b.y * b.y) * (a.x * a.x + a.y * a.y)));
     double d = (a.x * b.x + a.y * b.y) / lengths;
     if (d < -0.999999) return 180.0;
     if (d > 0.999999) return 0.0;
-    double angle = std::acos(static_cast<float>(d)) * DegreesPerRadian;
+    double angle = std::acos(VLSinglePrecision(d)) * DegreesPerRadian;
     return a.x * b.y - a.y * b.x > 0 ? -angle : angle;
 }
 
 double VLGeometry::distanceOfPoint_fromLine(Point p, Point a, Point b)
 {
     Point foot = std::hypot(b.x - a.x, b.y - a.y) < 0.0001 ? a : lineFoot(p, a, b);
-    return std::hypot(static_cast<float>(p.x - foot.x), static_cast<float>(p.y - foot.y));
+    return std::hypot(VLSinglePrecision(p.x - foot.x), VLSinglePrecision(p.y - foot.y));
 }
 
 bool VLGeometry::angle_toRun_rise(double degrees, int& run, int& rise)

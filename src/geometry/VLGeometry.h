@@ -1,6 +1,7 @@
 #pragma once
 
 #include "model/VLUnsetValue.h"
+#include "platform/SinglePrecision.h"
 #include "platform/Geometry.h"
 
 #include <cmath>
@@ -16,7 +17,7 @@ inline double VLSquareDistance(Point a, Point b)
 // tuned with it, so it must not be replaced by a double-precision distance.
 inline float VLDistanceF(Point a, Point b)
 {
-    return std::sqrt(static_cast<float>(VLSquareDistance(a, b)));
+    return std::sqrt(VLSinglePrecision(VLSquareDistance(a, b)));
 }
 
 // Degrees in -90 to 270; 0 for a vector shorter than 0.01 on both axes.

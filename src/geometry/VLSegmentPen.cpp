@@ -1,4 +1,5 @@
 #include "geometry/VLSegmentPen.h"
+#include "platform/SinglePrecision.h"
 
 #include "geometry/VLGeometry.h"
 #include "outline/VLNode.h"
@@ -134,7 +135,7 @@ int VLSegmentPen::direction(std::span<const VLPathSegment> segments)
         const auto& points = segment.elements();
         for (size_t i = 1; i < points.size(); ++i) {
             Point q = points[i];
-            sum = static_cast<float>(sum + (p.x + q.x) * (p.y - q.y));
+            sum = VLSinglePrecision(sum + (p.x + q.x) * (p.y - q.y));
             p = q;
         }
     }

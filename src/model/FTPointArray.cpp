@@ -1,4 +1,5 @@
 #include "model/FTPointArray.h"
+#include "platform/SinglePrecision.h"
 
 #include "model/VLUnsetValue.h"
 
@@ -7,7 +8,7 @@
 
 namespace {
 
-double singlePrecision(const Value& number) { return static_cast<float>(number.doubleValue()); }
+double singlePrecision(const Value& number) { return VLSinglePrecision(number.doubleValue()); }
 
 Point pointFromValue(const Value& value)
 {

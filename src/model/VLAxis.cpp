@@ -1,4 +1,5 @@
 #include "model/VLAxis.h"
+#include "platform/SinglePrecision.h"
 
 #include "platform/UUID.h"
 
@@ -74,7 +75,7 @@ std::shared_ptr<VLAxis> VLAxis::initWithDict_format(const Value& dict, uint8_t)
     auto axis = init();
     if (dict["name"].isString()) axis->setName(dict["name"].string());
     if (dict["tag"].isString()) axis->_axisTag = dict["tag"].string();
-    if (!dict["default"].isNull()) axis->_defaultValue = static_cast<float>(dict["default"].doubleValue());
+    if (!dict["default"].isNull()) axis->_defaultValue = VLSinglePrecision(dict["default"].doubleValue());
     if (!dict["hidden"].isNull()) axis->_hidden = dict["hidden"].boolValue();
     return axis;
 }

@@ -1,4 +1,5 @@
 #include "model/VLElement.h"
+#include "platform/SinglePrecision.h"
 
 #include "model/VLLayer.h"
 #include "model/VLUserData.h"
@@ -28,8 +29,8 @@ Point VLElement::position() const
 
 Point VLElement::repairedPrecise() const
 {
-    float dx = static_cast<float>(_position.x - _positionPrecise.x);
-    float dy = static_cast<float>(_position.y - _positionPrecise.y);
+    float dx = VLSinglePrecision(_position.x - _positionPrecise.x);
+    float dy = VLSinglePrecision(_position.y - _positionPrecise.y);
     return std::sqrt(dx * dx + dy * dy) > 1.2f ? _position : _positionPrecise;
 }
 

@@ -1,4 +1,5 @@
 #include "model/VLFont.h"
+#include "platform/SinglePrecision.h"
 #include "model/VLCustomParameter.h"
 #include "model/VLFontMaster.h"
 #include "model/VLGlyph.h"
@@ -38,7 +39,7 @@ double VLFontMaster::localizedCustomValueForKey_script(const std::string& key, c
     for (const auto& parameter : customParameters()) {
         if (!parameter->active() || parameter->name() != key) continue;
         double value = parameter->localizedValueForScript(script);
-        if (value != VLUnsetValue) return static_cast<float>(value);
+        if (value != VLUnsetValue) return VLSinglePrecision(value);
     }
     return VLUnsetValue;
 }
@@ -70,7 +71,7 @@ Value VLFontMaster::localizedParameter_glyph(const Value& value, const VLGlyph* 
 double VLFontMaster::localizedParameterValue_glyph(const Value& value, const VLGlyph* glyph)
 {
     Value localized = localizedParameter_glyph(value, glyph);
-    return localized.isNull() ? VLUnsetValue : static_cast<float>(localized.doubleValue());
+    return localized.isNull() ? VLUnsetValue : VLSinglePrecision(localized.doubleValue());
 }
 
 void VLFontMaster::_updateGridCache()

@@ -1,4 +1,5 @@
 #include "model/VLAxis.h"
+#include "platform/SinglePrecision.h"
 #include "model/VLFont.h"
 #include "model/VLFontMaster.h"
 #include "model/VLGlyph.h"
@@ -322,12 +323,12 @@ void VLFontMaster::loadReadBuffer()
     if (buffer["axesValues"].isArray()) {
         _axesValues.clear();
         for (size_t i = 0; i < axes.size(); ++i)
-            setAxisValue_forId(VLMetricValue::initWithPosition(static_cast<float>(buffer["axesValues"][i].doubleValue())),
+            setAxisValue_forId(VLMetricValue::initWithPosition(VLSinglePrecision(buffer["axesValues"][i].doubleValue())),
                                axes[i]->axisId());
     }
     const Value& interpolations = buffer["interpolations"];
     for (size_t i = 0; i < axes.size() && i < interpolations.count(); ++i)
-        setAxisValue_forId(VLMetricValue::initWithPosition(static_cast<float>(interpolations[i].doubleValue())),
+        setAxisValue_forId(VLMetricValue::initWithPosition(VLSinglePrecision(interpolations[i].doubleValue())),
                            axes[i]->axisId());
     _readBuffer.reset();
 }
@@ -349,5 +350,5 @@ void VLFontMaster::_readMetric_withFilter_fromBuffer(uint8_t type, const std::op
         if (filter) metric->setFilterString(*filter);
         _font->addMetric(metric);
     }
-    setMetricValue_forId(VLMetricValue::initWithPosition_overshoot(static_cast<float>(position), 0.0), metric->id());
+    setMetricValue_forId(VLMetricValue::initWithPosition_overshoot(VLSinglePrecision(position), 0.0), metric->id());
 }

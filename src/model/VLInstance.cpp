@@ -1,4 +1,5 @@
 #include "model/VLInstance.h"
+#include "platform/SinglePrecision.h"
 
 #include "model/VLAxis.h"
 #include "model/VLFont.h"
@@ -69,11 +70,11 @@ std::shared_ptr<VLInstance> VLInstance::initWithDict_container_format(const Valu
     const auto& axes = font ? font->axes() : std::vector<std::shared_ptr<VLAxis>>();
     if (location.isDictionary()) {
         for (const auto& axis : axes)
-            instance->setAxisValueValueFast_forId(static_cast<float>(location[axis->axisTagDefault()].doubleValue()),
+            instance->setAxisValueValueFast_forId(VLSinglePrecision(location[axis->axisTagDefault()].doubleValue()),
                                                   axis->axisId());
     } else if (location.isArray()) {
         for (size_t i = 0; i < location.count() && i < axes.size(); ++i)
-            instance->setAxisValueValueFast_forId(static_cast<float>(location[i].doubleValue()), axes[i]->axisId());
+            instance->setAxisValueValueFast_forId(VLSinglePrecision(location[i].doubleValue()), axes[i]->axisId());
     }
     if (instance->_axesValues.empty() && format == 1)
         instance->setReadBuffer_forKey(Value(legacyInterpolations(dict)), "interpolations");

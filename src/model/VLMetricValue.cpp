@@ -1,4 +1,5 @@
 #include "model/VLMetricValue.h"
+#include "platform/SinglePrecision.h"
 
 #include <cmath>
 
@@ -22,8 +23,8 @@ std::shared_ptr<VLMetricValue> VLMetricValue::initWithPosition_overshoot(double 
 
 std::shared_ptr<VLMetricValue> VLMetricValue::initWithDict_format(const Value& dict, uint8_t)
 {
-    return initWithPosition_overshoot(static_cast<float>(dict["pos"].doubleValue()),
-                                      static_cast<float>(dict["over"].doubleValue()));
+    return initWithPosition_overshoot(VLSinglePrecision(dict["pos"].doubleValue()),
+                                      VLSinglePrecision(dict["over"].doubleValue()));
 }
 
 void VLMetricValue::setPosition(double position)

@@ -1,4 +1,5 @@
 #include "geometry/VLCubic.h"
+#include "platform/SinglePrecision.h"
 #include "geometry/VLGeometry.h"
 #include "model/VLUnsetValue.h"
 #include "outline/VLPath.h"
@@ -118,7 +119,7 @@ std::shared_ptr<VLNode> VLPath::insertNodeWithPathTime(double pathTime)
     if (type != VLNode::CURVE && type != VLNode::HOBBY) return nullptr;
 
     // De Casteljau's split, at the parameter as single precision gives it.
-    t = static_cast<float>(t);
+    t = VLSinglePrecision(t);
     auto off1 = nodeAtIndex(index - 2);
     auto off2 = nodeAtIndex(index - 1);
     if (!off1 || !off2) return nullptr;

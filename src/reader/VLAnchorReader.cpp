@@ -1,12 +1,13 @@
 #include "outline/VLAnchor.h"
+#include "platform/SinglePrecision.h"
 #include "reader/VLPlistCompact.h"
 #include "reader/VLPlistRecordReading.h"
 #include "reader/VLPlistRecords.h"
 
 bool VLAnchor::parseVelmorLine_format(VLPlistParseInfo* info, uint8_t)
 {
-    double x = static_cast<float>(parsePlistDoubleValue(info));
-    double y = static_cast<float>(parsePlistDoubleValue(info));
+    double x = VLSinglePrecision(parsePlistDoubleValue(info));
+    double y = VLSinglePrecision(parsePlistDoubleValue(info));
     setPositionFast({x, y});
     stepPlistBlindly(info, 1);
     const uint8_t* start = info->curr;

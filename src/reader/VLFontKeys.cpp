@@ -1,4 +1,5 @@
 #include "model/VLAxis.h"
+#include "platform/SinglePrecision.h"
 #include "model/VLFont.h"
 #include "model/VLFontMaster.h"
 #include "model/VLGlyph.h"
@@ -83,7 +84,7 @@ void VLFont::readSettings(const Value& settings)
     if (has("gridLength")) _gridMain = static_cast<uint32_t>(settings["gridLength"].integerValue());
     if (has("gridSubDivision")) _gridSubDivision = static_cast<uint32_t>(settings["gridSubDivision"].integerValue());
     if (has("keepAlternatesTogether")) _keepAlternatesTogether = settings["keepAlternatesTogether"].boolValue();
-    auto single = [&](const char* key) { return static_cast<double>(static_cast<float>(settings[key].doubleValue())); };
+    auto single = [&](const char* key) { return static_cast<double>(VLSinglePrecision(settings[key].doubleValue())); };
     if (has("keyboardIncrement")) _keyboardIncrement = single("keyboardIncrement");
     if (has("keyboardIncrementBig")) _keyboardIncrementBig = single("keyboardIncrementBig");
     if (has("keyboardIncrementHuge")) _keyboardIncrementHuge = single("keyboardIncrementHuge");

@@ -1,4 +1,5 @@
 #include "model/VLAxis.h"
+#include "platform/SinglePrecision.h"
 #include "model/VLCustomParameter.h"
 #include "model/VLFont.h"
 #include "model/VLFontMaster.h"
@@ -34,7 +35,7 @@ std::shared_ptr<VLAxis> axisFromParameter(const Value& dict, size_t number)
     if (tagValue.isNull())
         std::transform(tag.begin(), tag.end(), tag.begin(), [](unsigned char c) { return std::toupper(c); });
     auto axis = VLAxis::initWithName_tag(name, tag);
-    axis->setDefaultValue(static_cast<float>(dict["Default"].doubleValue()));
+    axis->setDefaultValue(VLSinglePrecision(dict["Default"].doubleValue()));
     // The key alone hides the axis, whatever it says.
     axis->setHidden(dict.dictionary().count("Hidden") > 0);
     axis->setAxisId(VLAxis::axisIdForNumber(number));

@@ -1,4 +1,5 @@
 #include "model/VLAxis.h"
+#include "platform/SinglePrecision.h"
 #include "model/VLFont.h"
 #include "model/VLInstance.h"
 #include "model/VLMetricValue.h"
@@ -12,7 +13,7 @@ bool VLInstance::postRead_format(VLError*, uint8_t)
     const Value& interpolations = it->second;
     const auto& axes = _font->axes();
     for (size_t i = 0; i < axes.size() && i < interpolations.count(); ++i)
-        setAxisValue_forId(VLMetricValue::initWithPosition(static_cast<float>(interpolations[i].doubleValue())),
+        setAxisValue_forId(VLMetricValue::initWithPosition(VLSinglePrecision(interpolations[i].doubleValue())),
                            axes[i]->axisId());
     return true;
 }

@@ -1,4 +1,5 @@
 #include "model/VLAxis.h"
+#include "platform/SinglePrecision.h"
 #include "model/VLFont.h"
 #include "model/VLFontMaster.h"
 #include "model/VLLayer.h"
@@ -21,7 +22,7 @@ constexpr size_t nameSearchLength = 150;
 
 Value singlePrecision(const Value& value)
 {
-    return Value(static_cast<double>(static_cast<float>(value.doubleValue())));
+    return Value(static_cast<double>(VLSinglePrecision(value.doubleValue())));
 }
 
 // Element i of the list belongs to axis i; an element without "min" and "max" has no entry.

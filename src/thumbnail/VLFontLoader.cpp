@@ -1,4 +1,5 @@
 #include "thumbnail/VLFontLoader.h"
+#include "platform/SinglePrecision.h"
 
 #include "model/VLFont.h"
 #include "model/VLFontMaster.h"
@@ -59,11 +60,11 @@ Size VLFontLoader::layoutThumbnail()
         if (auto glyph = _font->glyphForName(name)) _cachedGlyphs.push_back(glyph);
     if (_cachedGlyphs.size() < minimumSamples) searchSamplesFromMiddle();
 
-    float runningWidth = static_cast<float>(margin);
+    float runningWidth = VLSinglePrecision(margin);
     for (const auto& glyph : _cachedGlyphs) {
         double width = glyph->maxWidth();
         if (width > widestAcceptedSample) return Size{0, 0};
-        runningWidth = static_cast<float>(runningWidth + width);
+        runningWidth = VLSinglePrecision(runningWidth + width);
     }
     double width = static_cast<double>(runningWidth) + margin;
 

@@ -1,10 +1,14 @@
+#include "model/VLAxis.h"
 #include "model/VLFont.h"
+#include "model/VLFontMaster.h"
 #include "model/VLGlyph.h"
 #include "reader/VLPlistParser.h"
 #include "reader/VLPlistSkippers.h"
 #include "support/PlistTestSupport.h"
 
 #include <gtest/gtest.h>
+
+#include <cmath>
 
 namespace {
 
@@ -57,4 +61,14 @@ TEST(ResourceBounds, PathologicalTokens)
     EXPECT_TRUE(parsePlistValue(number.get(), true).isReal());
     ScannedText data("<" + std::string(100000, 'a') + ">");
     EXPECT_EQ(parsePlistValue(data.get(), true).data().size(), 50000u);
+}
+
+TEST(ResourceBounds, NumbersBeyondSinglePrecisionBecomeInfinities)
+{
+    auto font = readFont("{\n.formatVersion = 3;\naxes = (\n{\ndefault = 1e300;\nname = Weight;\n}\n);\n"
+                         "fontMaster = (\n{\nid = m01;\nmetricValues = (\n{\npos = \"-1e300\";\n}\n);\n}\n);\n"
+                         "metrics = (\n{\ntype = ascender;\n}\n);\n}\n");
+    ASSERT_NE(font, nullptr);
+    EXPECT_TRUE(std::isinf(font->axes()[0]->defaultValue()));
+    EXPECT_EQ(font->fontMasterAtIndex(0)->defaultAscender(), 0) << "out-of-range metric values read as 0";
 }
