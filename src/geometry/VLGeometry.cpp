@@ -1,5 +1,5 @@
 #include "geometry/VLGeometry.h"
-#include "platform/SinglePrecision.h"
+#include "platform/NumberConversion.h"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "model/VLUnsetValue.h"
-#include "platform/SinglePrecision.h"
+#include "platform/NumberConversion.h"
 #include "platform/Geometry.h"
 
 #include <cmath>

@@ -1,5 +1,5 @@
 #include "geometry/VLSegmentPen.h"
-#include "platform/SinglePrecision.h"
+#include "platform/NumberConversion.h"
 
 #include "geometry/VLGeometry.h"
 #include "outline/VLNode.h"

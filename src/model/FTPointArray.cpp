@@ -1,5 +1,5 @@
 #include "model/FTPointArray.h"
-#include "platform/SinglePrecision.h"
+#include "platform/NumberConversion.h"
 
 #include "model/VLUnsetValue.h"
 

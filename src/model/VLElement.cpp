@@ -1,5 +1,5 @@
 #include "model/VLElement.h"
-#include "platform/SinglePrecision.h"
+#include "platform/NumberConversion.h"
 
 #include "model/VLLayer.h"
 #include "model/VLUserData.h"

@@ -1,5 +1,5 @@
 #include "model/VLFont.h"
-#include "platform/SinglePrecision.h"
+#include "platform/NumberConversion.h"
 #include "model/VLCustomParameter.h"
 #include "model/VLFontMaster.h"
 #include "model/VLGlyph.h"

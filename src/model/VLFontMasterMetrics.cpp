@@ -1,5 +1,5 @@
 #include "model/VLAxis.h"
-#include "platform/SinglePrecision.h"
+#include "platform/NumberConversion.h"
 #include "model/VLFont.h"
 #include "model/VLFontMaster.h"
 #include "model/VLGlyph.h"

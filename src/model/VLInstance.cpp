@@ -1,5 +1,5 @@
 #include "model/VLInstance.h"
-#include "platform/SinglePrecision.h"
+#include "platform/NumberConversion.h"
 
 #include "model/VLAxis.h"
 #include "model/VLFont.h"

@@ -1,5 +1,5 @@
 #include "model/VLMetricValue.h"
-#include "platform/SinglePrecision.h"
+#include "platform/NumberConversion.h"
 
 #include <cmath>
 

@@ -1,4 +1,5 @@
 #include "model/VLShape.h"
+#include "platform/NumberConversion.h"
 
 #include "model/VLCustomParameter.h"
 #include "model/VLLayer.h"
@@ -228,8 +229,8 @@ void VLShape::getSettings(const ValueDictionary& attributes, VLStrokeSettings& s
     size(number("strokeWidth"), settings.width);
     size(number("strokeHeight"), settings.height);
     if (auto pos = number("strokePos")) settings.pos = std::clamp(*pos, 0.0, 1.0);
-    if (auto cap = number("lineCapStart"); cap && *cap < 2000) settings.capStart = static_cast<int>(*cap);
-    if (auto cap = number("lineCapEnd"); cap && *cap < 2000) settings.capEnd = static_cast<int>(*cap);
+    if (auto cap = number("lineCapStart"); cap && *cap < 2000) settings.capStart = static_cast<int>(VLTruncatedInteger(std::max(*cap, -2000.0)));
+    if (auto cap = number("lineCapEnd"); cap && *cap < 2000) settings.capEnd = static_cast<int>(VLTruncatedInteger(std::max(*cap, -2000.0)));
     if (number("fill").value_or(0) != 0) settings.fill = true;
     if (number("mask").value_or(0) != 0) settings.mask = true;
 }

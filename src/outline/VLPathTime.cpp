@@ -1,5 +1,5 @@
 #include "geometry/VLCubic.h"
-#include "platform/SinglePrecision.h"
+#include "platform/NumberConversion.h"
 #include "geometry/VLGeometry.h"
 #include "model/VLUnsetValue.h"
 #include "outline/VLPath.h"

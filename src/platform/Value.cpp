@@ -1,4 +1,5 @@
 #include "platform/Value.h"
+#include "platform/NumberConversion.h"
 
 #include <cmath>
 #include <cstdlib>
@@ -80,11 +81,7 @@ int64_t Value::integerValue() const
     case Type::Bool: return std::get<bool>(_v) ? 1 : 0;
     case Type::Integer: return std::get<int64_t>(_v);
     case Type::Real: {
-        double d = std::get<double>(_v);
-        // Out-of-range reals saturate rather than invoke undefined behaviour.
-        if (!(d > -9.2e18)) return d != d ? 0 : INT64_MIN;
-        if (!(d < 9.2e18)) return INT64_MAX;
-        return static_cast<int64_t>(d);
+        return VLTruncatedInteger(std::get<double>(_v));
     }
     case Type::String: return std::strtoll(string().c_str(), nullptr, 10);
     default: return 0;

@@ -1,5 +1,5 @@
 #include "outline/VLAnchor.h"
-#include "platform/SinglePrecision.h"
+#include "platform/NumberConversion.h"
 #include "reader/VLPlistCompact.h"
 #include "reader/VLPlistRecordReading.h"
 #include "reader/VLPlistRecords.h"

@@ -1,4 +1,5 @@
 #include "model/VLGlyph.h"
+#include "platform/NumberConversion.h"
 #include "model/VLPartProperty.h"
 #include "model/VLStringHelpers.h"
 #include "platform/UUID.h"
@@ -54,7 +55,7 @@ bool readUnicodes(VLPlistParseInfo* info, std::vector<std::string>& unicodes)
 {
     unicodes.clear();
     auto add = [&](double v) {
-        std::string code = hexStringFromInt(static_cast<int64_t>(v));
+        std::string code = hexStringFromInt(VLTruncatedInteger(v));
         if (std::find(unicodes.begin(), unicodes.end(), code) == unicodes.end()) unicodes.push_back(code);
     };
     if (!skipPlistSpace(info)) return false;

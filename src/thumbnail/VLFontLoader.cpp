@@ -1,5 +1,5 @@
 #include "thumbnail/VLFontLoader.h"
-#include "platform/SinglePrecision.h"
+#include "platform/NumberConversion.h"
 
 #include "model/VLFont.h"
 #include "model/VLFontMaster.h"
@@ -15,14 +15,6 @@
 #include <cstdint>
 
 namespace {
-
-// Truncation toward zero to an integer, saturating where the double is out of range.
-int64_t truncated(double v)
-{
-    if (!(v > -9.2e18)) return v != v ? 0 : INT64_MIN;
-    if (!(v < 9.2e18)) return INT64_MAX;
-    return static_cast<int64_t>(v);
-}
 
 void fillTranslated(BezierPath* path, double x, double y)
 {
@@ -119,10 +111,10 @@ bool VLFontLoader::drawSolidShapes()
         const auto& glyph = _cachedGlyphs[k];
         auto path = glyph->bezierPath();
         double maxWidth = glyph->maxWidth();
-        int64_t x = k > 0 ? pen : truncated(maxWidth - glyph->width() + static_cast<double>(pen));
+        int64_t x = k > 0 ? pen : VLTruncatedInteger(maxWidth - glyph->width() + static_cast<double>(pen));
         if (path && path->elementCount() >= drawnSomethingElements) drawn = true;
         fillTranslated(path.get(), static_cast<double>(x), y);
-        pen = truncated(maxWidth + static_cast<double>(pen));
+        pen = VLTruncatedInteger(maxWidth + static_cast<double>(pen));
     }
     return drawn;
 }
@@ -142,10 +134,10 @@ bool VLFontLoader::drawMasterOverlay()
             auto path = kept ? kept->copy() : nullptr;
             double maxWidth = glyph->maxWidth();
             double layerWidth = layer ? layer->width() : 0.0;
-            int64_t x = k > 0 ? pen : truncated(maxWidth - layerWidth + static_cast<double>(pen));
+            int64_t x = k > 0 ? pen : VLTruncatedInteger(maxWidth - layerWidth + static_cast<double>(pen));
             if (path && path->elementCount() >= drawnSomethingElements) drawn = true;
             fillTranslated(path.get(), static_cast<double>(x), y);
-            pen = truncated(maxWidth + static_cast<double>(pen));
+            pen = VLTruncatedInteger(maxWidth + static_cast<double>(pen));
         }
     }
     return drawn;

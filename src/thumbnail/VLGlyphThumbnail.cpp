@@ -1,4 +1,5 @@
 #include "model/VLFont.h"
+#include "platform/NumberConversion.h"
 #include "model/VLFontMaster.h"
 #include "model/VLGlyph.h"
 #include "model/VLLayer.h"
@@ -26,7 +27,7 @@ uint16_t VLGlyph::width()
     for (const auto& master : font->fontMasters()) {
         auto layer = layerForIdFast(master->id());
         double sum = static_cast<double>(total) + (layer ? layer->width() : 0.0);
-        total = static_cast<uint16_t>(static_cast<int64_t>(sum));
+        total = static_cast<uint16_t>(VLTruncatedInteger(sum));
     }
     size_t masters = font->fontMasters().size();
     return masters == 0 ? total : static_cast<uint16_t>(total / masters);
