@@ -160,6 +160,7 @@ void VLLayer::setWidth(double width)
     if (_RSB < 999999) _RSB += width - _width;
     setNeedUpdateShapes();
     _width = width;
+    if (_cachedDecomposedCopy) _cachedDecomposedCopy->_width = width;
 }
 
 bool VLLayer::visible() const

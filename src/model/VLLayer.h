@@ -196,6 +196,11 @@ public:
     bool flattenOutlines();
     // Replaces the paths by their cornered outlines; hints that survive find their nodes again.
     void decomposeCorners();
+    // Replaces the components by the paths they draw.
+    void decomposeComponents();
+    // A thin copy without components or corners, from a cached twin that is rebuilt when a
+    // component's glyph changed.
+    std::shared_ptr<VLLayer> copyDecomposedLayer();
     // Width and vertical metrics as the glyph is set; direction bit 4 means vertical.
     VLGlyphMetrics glyphMetricsForDirection(uint8_t direction) const;
     VLGlyphMetrics glyphMetrics() const { return glyphMetricsForDirection(0); }
@@ -240,6 +245,7 @@ private:
     std::vector<Point> _extraHandles;
     std::shared_ptr<BezierPath> _drawBezierPath;
     std::shared_ptr<BezierPath> _drawOpenBezierPath;
+    std::shared_ptr<VLLayer> _cachedDecomposedCopy;
     bool _hasPaths = false;
     long _numberOfPaths = -1;
     long _numberOfComponents = -1;

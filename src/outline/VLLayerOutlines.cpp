@@ -249,3 +249,46 @@ VLGlyphMetrics VLLayer::glyphMetricsForDirection(uint8_t direction) const
     metrics.italicAngle = master->italicAngleForLayer(this);
     return metrics;
 }
+
+void VLLayer::decomposeComponents()
+{
+    VLPathPen pen;
+    Shapes kept;
+    for (const auto& shape : _shapes) {
+        if (shape->shapeType() == VLShape::VLShapeTypeComponent)
+            shape->drawInPen(pen);
+        else
+            kept.push_back(shape);
+    }
+    pen.endPath();
+    const Shapes& drawn = pen.layer()->shapes();
+    kept.insert(kept.end(), drawn.begin(), drawn.end());
+    setShapesFast(std::move(kept));
+}
+
+std::shared_ptr<VLLayer> VLLayer::copyDecomposedLayer()
+{
+    auto owner = glyph();
+    auto font = owner ? owner->font() : nullptr;
+    if (font) {
+        double since = owner->lastOperationInterval();
+        forEachComponentName(_shapes, [&](const std::string& name) {
+            auto base = font->glyphForName(name);
+            if (!_cachedDecomposedCopy || !base || base->lastOperationInterval() <= since) return;
+            _cachedDecomposedCopy.reset();
+            owner->setLastOperationInterval(VLAbsoluteTimeGetCurrent());
+        });
+    }
+    if (!_cachedDecomposedCopy) {
+        auto twin = copyThin(true);
+        twin->setParent(owner);
+        twin->stopUpdates();
+        twin->saveHints();
+        twin->decomposeComponents();
+        twin->restoreHints();
+        twin->decomposeCorners();
+        twin->setParent(nullptr);
+        _cachedDecomposedCopy = twin;
+    }
+    return _cachedDecomposedCopy->copyThin(true);
+}

@@ -6,6 +6,7 @@
 #include "model/VLGlyph.h"
 #include "model/VLLayer.h"
 #include "model/VLUnsetValue.h"
+#include "outline/VLComponent.h"
 #include "outline/VLHint.h"
 #include "outline/VLNode.h"
 #include "outline/VLPath.h"
@@ -309,4 +310,24 @@ TEST(PathDrawing, AStepAtTheStartOfAClosedPathIsCutToo)
     f.path->setClosed(true);
     auto points = pointsOf(f.draw());
     EXPECT_EQ(std::find(points.begin(), points.end(), Point{97, -10}), points.end()) << "the step is gone";
+}
+
+TEST(LayerOutlines, DecomposedCopiesHoldPathsOnly)
+{
+    PathInFont f(0);
+    for (Point p : {Point{0, 0}, Point{100, 0}, Point{100, 100}}) f.add(p, VLNode::LINE);
+    f.path->setClosed(true);
+    auto component = VLComponent::init();
+    component->setComponentName("B");
+    f.layer->addShapeFast(component);
+
+    auto copy = f.layer->copyDecomposedLayer();
+    ASSERT_NE(copy, nullptr);
+    EXPECT_EQ(copy->countOfComponents(), 0);
+    EXPECT_EQ(copy->countOfPaths(), 1);
+    EXPECT_EQ(f.layer->countOfShapes(), 2u) << "the layer itself keeps its component";
+    EXPECT_NE(f.layer->copyDecomposedLayer(), copy) << "each caller gets a copy of the cached twin";
+
+    f.layer->setWidth(777);
+    EXPECT_EQ(f.layer->copyDecomposedLayer()->width(), 777) << "the twin follows the width";
 }
