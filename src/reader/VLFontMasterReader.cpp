@@ -100,7 +100,7 @@ void keepLegacyValues(VLFontMaster& master, const MasterLocals& l)
                                                  l.customValue2, l.customValue3}),
                                 "interpolations");
     if (!master.metricValues().empty()) return;
-    auto integer = [](double v) { return Value(static_cast<int64_t>(v)); };
+    auto integer = [](double v) { return Value(Value(v).integerValue()); };
     master.setReadBuffer_forKey(integer(l.ascender), "ascender");
     master.setReadBuffer_forKey(integer(l.capHeight), "cap height");
     master.setReadBuffer_forKey(integer(l.xHeight), "x-height");
