@@ -64,7 +64,7 @@ uninstall:
 # the seeds in fuzz/corpus/; a crash, a hang or an exhausted memory stops the run with an error.
 FUZZ_TARGETS = plist_parser document_read document_draw
 FUZZ_SECONDS ?= 60
-FUZZ_FLAGS ?= -dict=fuzz/velmor.dict -timeout=10 -rss_limit_mb=1024 -artifact_prefix=$(FUZZ_DIR)/artifacts/
+FUZZ_FLAGS ?= -dict=fuzz/velmor.dict -timeout=10 -rss_limit_mb=1024 -print_final_stats=1 -artifact_prefix=$(FUZZ_DIR)/artifacts/
 
 .PHONY: fuzz fuzz-smoke
 
