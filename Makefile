@@ -3,6 +3,7 @@ JOBS ?= $(shell nproc)
 RELEASE_DIR := build/release
 TEST_DIR := build/test
 BENCH_DIR := build/bench
+FUZZ_DIR := build/fuzz
 DEMO_INPUT := examples/Velmor-Sample.velmor
 DEMO_MASTERS_INPUT := examples/Velmor-Sample-Masters.velmor
 
@@ -58,3 +59,22 @@ install: release
 uninstall:
 	rm -f $(addprefix "$(DESTDIR)$(PREFIX)/,$(addsuffix ",$(INSTALLED_FILES)))
 	$(UPDATE_MIME)
+
+# Fuzzing with libFuzzer (clang only). Each target grows its own corpus in the build folder from
+# the seeds in fuzz/corpus/; a crash, a hang or an exhausted memory stops the run with an error.
+FUZZ_TARGETS = plist_parser document_read document_draw
+FUZZ_SECONDS ?= 60
+FUZZ_FLAGS ?= -dict=fuzz/velmor.dict -timeout=10 -rss_limit_mb=1024 -print_final_stats=1 -artifact_prefix=$(FUZZ_DIR)/artifacts/
+
+.PHONY: fuzz fuzz-smoke
+
+fuzz: deps
+	CC=clang CXX=clang++ cmake -S . -B $(FUZZ_DIR) -DCMAKE_BUILD_TYPE=RelWithDebInfo -DVELMOR_FUZZ=ON -DVELMOR_TESTS=OFF >/dev/null
+	cmake --build $(FUZZ_DIR) -j $(JOBS)
+
+fuzz-smoke: fuzz
+	mkdir -p $(FUZZ_DIR)/artifacts
+	for t in $(FUZZ_TARGETS); do \
+	  mkdir -p $(FUZZ_DIR)/corpus/$$t && \
+	  $(FUZZ_DIR)/fuzz/fuzz_$$t $(FUZZ_FLAGS) -max_total_time=$(FUZZ_SECONDS) $(FUZZ_DIR)/corpus/$$t fuzz/corpus/$$t || exit 1; \
+	done
