@@ -39,6 +39,12 @@ TEST(FontReader, StorageFormIsSniffedFromTheFirstByteOnly)
 
     auto spaced = readDocument(" {\n.formatVersion = 3;\n}");
     EXPECT_EQ(spaced.font, nullptr) << "a space before the brace is not the text form";
+    EXPECT_EQ(spaced.error.code, 3840) << "and as another property list it can't be read";
+
+    auto xml = readDocument("<?xml version=\"1.0\"?>\n<plist version=\"1.0\"><dict><key>a</key><integer>1</integer>"
+                            "</dict></plist>\n");
+    EXPECT_EQ(xml.font, nullptr) << "the other property-list forms are read but not yet made into fonts";
+    EXPECT_TRUE(xml.error.domain.empty());
 }
 
 TEST(FontReader, FormatVersionRules)

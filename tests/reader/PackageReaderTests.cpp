@@ -87,6 +87,14 @@ TEST(PackageReader, Failures)
     }
     {
         Package package;
+        package.glyph("A_.glyph", "A", 0);
+        package.write("order.plist", "(\n)\n");
+        VLError error;
+        EXPECT_EQ(package.read(&error), nullptr) << "an empty order";
+        EXPECT_TRUE(error.domain.empty());
+    }
+    {
+        Package package;
         package.write("order.plist", "(\nA\n)\n");
         VLError error;
         EXPECT_EQ(package.read(&error), nullptr);
