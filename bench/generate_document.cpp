@@ -1,5 +1,5 @@
 // velmor-generate: writes large, deterministic font documents for the benchmarks and small ones
-// for fuzz seeds.
+// for the fuzzing corpora.
 #include "generator/Design.h"
 #include "generator/Document.h"
 
@@ -17,17 +17,17 @@ struct Options {
     int masters = 3;
     int format = 3;
     bool package = false;
-    std::uint64_t seed = 1;
+    std::uint64_t variant = 1;
     std::string output;
 };
 
 constexpr const char* usage =
-    "usage: velmor-generate [--glyphs N] [--masters M] [--format 1|3] [--package] [--seed S] OUTPUT\n"
+    "usage: velmor-generate [--glyphs N] [--masters M] [--format 1|3] [--package] [--variant N] OUTPUT\n"
     "  --glyphs N    number of glyphs, at least 2 (default 10000)\n"
     "  --masters M   number of masters, 1 to 50 (default 3)\n"
     "  --format F    1 for the older text format, 3 for the current one (default 3)\n"
     "  --package     write a package folder instead of one text file\n"
-    "  --seed S      the same seed gives the same bytes (default 1)\n";
+    "  --variant N   the same number gives the same bytes (default 1)\n";
 
 template <typename Number>
 std::optional<Number> parseNumber(std::string_view text) {
@@ -60,11 +60,11 @@ std::optional<Options> parseOptions(int argc, char** argv) {
             if (!value || (*value != 1 && *value != 3))
                 return std::nullopt;
             options.format = *value;
-        } else if (argument == "--seed" && hasValue) {
+        } else if (argument == "--variant" && hasValue) {
             const auto value = parseNumber<std::uint64_t>(argv[++i]);
             if (!value)
                 return std::nullopt;
-            options.seed = *value;
+            options.variant = *value;
         } else if (!argument.starts_with("--") && options.output.empty()) {
             options.output = argument;
         } else {
@@ -86,7 +86,7 @@ int main(int argc, char** argv) {
     }
     try {
         using namespace velmor::generator;
-        const Font font = makeFont(options->glyphs, options->masters, options->seed);
+        const Font font = makeFont(options->glyphs, options->masters, options->variant);
         const std::uintmax_t bytes = options->package ? writePackage(font, options->format, options->output)
                                                       : writeTextDocument(font, options->format, options->output);
         std::printf("%s: %d glyphs, %d masters, format %d, %ju bytes\n", options->output.c_str(), options->glyphs,

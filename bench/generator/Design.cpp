@@ -40,9 +40,9 @@ std::string uniName(std::uint32_t code) {
     return text;
 }
 
-GlyphInfo makeGlyphInfo(std::size_t index, std::uint64_t seed) {
+GlyphInfo makeGlyphInfo(std::size_t index, std::uint64_t variant) {
     const std::uint32_t code = codePointFor(index);
-    const std::uint64_t pick = mixSeed(seed, 0x676C797068ULL + index) % 20;
+    const std::uint64_t pick = mixVariant(variant, 0x676C797068ULL + index) % 20;
     if (pick < 14)
         return {uniName(code), GlyphKind::Outline, {code}, -1};
     if (pick < 17)
@@ -50,7 +50,7 @@ GlyphInfo makeGlyphInfo(std::size_t index, std::uint64_t seed) {
     return {uniName(code), GlyphKind::Composite, {code}, -1};
 }
 
-std::vector<GlyphInfo> makeGlyphs(int count, std::uint64_t seed) {
+std::vector<GlyphInfo> makeGlyphs(int count, std::uint64_t variant) {
     const std::size_t n = static_cast<std::size_t>(count);
     // "A" and "g" stand in the middle, where a reader has to look for them.
     std::size_t a = n / 2;
@@ -68,7 +68,7 @@ std::vector<GlyphInfo> makeGlyphs(int count, std::uint64_t seed) {
         else if (n >= 4 && i == 1)
             info = {"space", GlyphKind::Space, {0x20}, -1};
         else
-            info = makeGlyphInfo(i, seed);
+            info = makeGlyphInfo(i, variant);
         if (info.kind != GlyphKind::Notdef && info.kind != GlyphKind::Space)
             info.group = static_cast<int>(i / 6);
         if (i % 97 == 50 && !info.unicodes.empty()) // a few glyphs answer to two code points
@@ -251,13 +251,13 @@ std::string weightName(double weight) {
     return names[step - 1];
 }
 
-Font makeFont(int glyphCount, int masterCount, std::uint64_t seed) {
-    Random random(mixSeed(seed, 0));
+Font makeFont(int glyphCount, int masterCount, std::uint64_t variant) {
+    Random random(mixVariant(variant, 0));
     Font font;
-    font.seed = seed;
+    font.variant = variant;
     font.masters = makeMasters(masterCount, random);
     font.axisCount = masterCount >= 3 ? 2 : 1;
-    font.glyphs = makeGlyphs(glyphCount, seed);
+    font.glyphs = makeGlyphs(glyphCount, variant);
     for (std::size_t i = 0; i < font.glyphs.size(); ++i)
         if (font.glyphs[i].kind != GlyphKind::Composite && font.glyphs[i].kind != GlyphKind::Space &&
             font.glyphs[i].kind != GlyphKind::Notdef)
@@ -266,7 +266,7 @@ Font makeFont(int glyphCount, int masterCount, std::uint64_t seed) {
 }
 
 GlyphPlan planGlyph(const Font& font, std::size_t index) {
-    Random random(mixSeed(font.seed, index + 1));
+    Random random(mixVariant(font.variant, index + 1));
     GlyphPlan plan;
     plan.info = &font.glyphs[index];
     planShapes(font, plan, random);

@@ -28,7 +28,7 @@ struct GlyphInfo {
 };
 
 struct Font {
-    std::uint64_t seed = 1;
+    std::uint64_t variant = 1;
     std::vector<Master> masters;
     std::vector<GlyphInfo> glyphs;
     std::vector<std::size_t> baseGlyphs; // glyphs without components, which components may use
@@ -38,7 +38,7 @@ struct Font {
 // "Thin" to "Black", by the nearest hundred.
 std::string weightName(double weight);
 
-Font makeFont(int glyphCount, int masterCount, std::uint64_t seed);
+Font makeFont(int glyphCount, int masterCount, std::uint64_t variant);
 
 // A random closed outline around a centre; its vertices are fixed, its size follows the weight.
 struct Blob {

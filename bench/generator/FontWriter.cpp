@@ -204,7 +204,7 @@ void writeInstances(PlistText& text, const Font& font) {
 // Rows of ten pairs: half the rows start with a group, half with a glyph; the second sides mix
 // groups and glyphs too. Tens of thousands of pairs per master for a large font.
 void writeMasterKerning(PlistText& text, const Font& font, std::size_t masterIndex) {
-    Random random(mixSeed(font.seed, 0x6B65726EULL + masterIndex));
+    Random random(mixVariant(font.variant, 0x6B65726EULL + masterIndex));
     const std::size_t glyphCount = font.glyphs.size();
     const std::size_t groupCount = (glyphCount + 5) / 6;
     const std::size_t rows = std::max<std::size_t>(1, glyphCount / 5);
@@ -369,7 +369,7 @@ void writeFontLevel(PlistText& text, const Font& font, const std::function<void(
     }
     text.integerEntry("unitsPerEm", 1000);
     text.raw("userData = {\ncom.velmor.generator = {\nglyphs = " + std::to_string(font.glyphs.size()) +
-             ";\nseed = " + std::to_string(font.seed) + ";\n};\n};\n");
+             ";\nseed = " + std::to_string(font.variant) + ";\n};\n};\n");
     text.integerEntry("versionMajor", 1);
     text.integerEntry("versionMinor", 0);
     text.closeDict();

@@ -376,7 +376,7 @@ void writeGlyph(PlistText& text, const Font& font, std::size_t index, bool withI
         text.entry("subCategory", "Nonspacing");
     writeUnicodes(text, info.unicodes);
     if (plan.userData)
-        text.raw("userData = {\ncom.velmor.seed = " + std::to_string(index) + ";\n};\n");
+        text.raw("userData = {\ncom.velmor.variant = " + std::to_string(index) + ";\n};\n");
     text.closeDict();
 }
 

@@ -5,11 +5,11 @@
 
 namespace velmor::generator {
 
-// The standard distributions differ between library versions; these helpers don't, so a seed
+// The standard distributions differ between library versions; these helpers don't, so a variant
 // gives the same document everywhere.
 class Random {
 public:
-    explicit Random(std::uint64_t seed) : engine_(seed) {}
+    explicit Random(std::uint64_t variant) : engine_(variant) {}
 
     std::uint64_t next() { return engine_(); }
 
@@ -29,10 +29,10 @@ private:
     std::mt19937_64 engine_;
 };
 
-// Derives independent streams from one seed, so that each glyph comes out the same whatever
+// Derives independent streams from one variant, so that each glyph comes out the same whatever
 // else the document holds.
-inline std::uint64_t mixSeed(std::uint64_t seed, std::uint64_t stream) {
-    std::uint64_t z = seed + 0x9E3779B97F4A7C15ULL * (stream + 1);
+inline std::uint64_t mixVariant(std::uint64_t variant, std::uint64_t stream) {
+    std::uint64_t z = variant + 0x9E3779B97F4A7C15ULL * (stream + 1);
     z = (z ^ (z >> 30)) * 0xBF58476D1CE4E5B9ULL;
     z = (z ^ (z >> 27)) * 0x94D049BB133111EBULL;
     return z ^ (z >> 31);

@@ -43,7 +43,7 @@ bool all_nearly_equal(const std::vector<double>& a, const std::vector<double>& b
 
 } // namespace
 
-Solution Solution::seed(std::size_t master, std::size_t master_count, const std::vector<double>& position)
+Solution Solution::single(std::size_t master, std::size_t master_count, const std::vector<double>& position)
 {
     Solution solution{std::vector<double>(master_count, 0.0), position, 0, 1.0};
     solution.c[master] = 1.0;

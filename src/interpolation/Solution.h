@@ -55,7 +55,7 @@ struct Solution {
 
     // One master by itself. Its counts are taken before its own coefficient is written, so
     // it uses no master and its negative sum of 1.0 is above that of every real candidate.
-    static Solution seed(std::size_t master, std::size_t master_count,
+    static Solution single(std::size_t master, std::size_t master_count,
                          const std::vector<double>& position);
 
     bool is_withdrawn() const { return c.empty(); }

@@ -18,19 +18,26 @@ std::string VLLayer::compareString() const
             if (path.count() > 0) text += path.compareString();
         } else if (shape->shapeType() == VLShape::VLShapeTypeComponent) {
             const std::string& name = static_cast<const VLComponent&>(*shape).componentName();
-            text += (name.empty() ? "empty name" : name) + " ";
+            text += name.empty() ? "empty name" : name;
+            text += ' ';
         }
     }
     std::vector<std::string> anchorNames = _anchors.allKeys();
     std::sort(anchorNames.begin(), anchorNames.end());
-    for (size_t i = 0; i < anchorNames.size(); ++i) text += (i ? "**" : "") + anchorNames[i];
+    for (size_t i = 0; i < anchorNames.size(); ++i) {
+        if (i) text += "**";
+        text += anchorNames[i];
+    }
 
     std::vector<std::shared_ptr<VLHint>> corners;
     std::copy_if(_hints.begin(), _hints.end(), std::back_inserter(corners), [](const auto& h) { return h->isCorner(); });
     std::sort(corners.begin(), corners.end(), [](const auto& a, const auto& b) { return a->originIndex() < b->originIndex(); });
     for (const auto& hint : corners) {
         std::string index;
-        for (size_t position : hint->originIndex()) index += (index.empty() ? "" : ",") + std::to_string(position);
+        for (size_t position : hint->originIndex()) {
+            if (!index.empty()) index += ',';
+            index += std::to_string(position);
+        }
         text += "&&" + hint->name() + "@@" + index;
     }
     return text;

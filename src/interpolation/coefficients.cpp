@@ -448,7 +448,7 @@ struct MasterSelection {
     std::vector<Ranking> ranking;
     std::vector<bool> flagged{};
     CutOff cut_off{};
-    std::size_t seed_count = 0;
+    std::size_t single_count = 0;
     std::vector<Solution> solutions{};
 
     // Repeated while solving makes further dimensions constant among the chosen masters:
@@ -466,7 +466,7 @@ struct MasterSelection {
         cut_off = choose_cut_off(ranking, target.size());
         park_masters(ranking, cut_off.value);
         solutions = make_solutions(masters, ranking);
-        seed_count = solutions.size();
+        single_count = solutions.size();
         if (determine_solutions(solutions, target, limit_candidates)) {
             return true;
         }
@@ -490,12 +490,12 @@ struct MasterSelection {
             --cut_off.index;
             cut_off.value = cut_off.sorted[cut_off.index];
             bring_back_masters(ranking, cut_off.value);
-            std::vector<Solution> seeds = make_solutions(masters, ranking);
-            if (seeds.size() == seed_count) {
+            std::vector<Solution> singles = make_solutions(masters, ranking);
+            if (singles.size() == single_count) {
                 continue;
             }
-            solutions = std::move(seeds);
-            seed_count = solutions.size();
+            solutions = std::move(singles);
+            single_count = solutions.size();
             if (determine_solutions(solutions, target, limit_candidates)) {
                 return;
             }
@@ -524,16 +524,16 @@ struct MasterSelection {
         }
         rank_masters(masters, target, ranking, flagged);
         park_masters(ranking, cut_off.value);
-        std::vector<Solution> seeds = make_solutions(masters, ranking);
-        if (seeds.size() == seed_count) {
+        std::vector<Solution> singles = make_solutions(masters, ranking);
+        if (singles.size() == single_count) {
             return;
         }
-        determine_solutions(seeds, target, limit_candidates);
-        for (Solution& seed : seeds) {
-            if (seed.negative_sum < best) {
-                seed.withdraw();
+        determine_solutions(singles, target, limit_candidates);
+        for (Solution& single : singles) {
+            if (single.negative_sum < best) {
+                single.withdraw();
             }
-            seed.add_if_new(solutions);
+            single.add_if_new(solutions);
         }
     }
 
@@ -733,13 +733,13 @@ void rank_masters(const MasterPositions& masters, const std::vector<double>& tar
 
 std::vector<Solution> make_solutions(const MasterPositions& masters, const std::vector<Ranking>& ranking)
 {
-    std::vector<Solution> seeds;
+    std::vector<Solution> singles;
     for (std::size_t i = 0; i < masters.size(); ++i) {
         if (takes_part(ranking, i)) {
-            seeds.push_back(Solution::seed(i, masters.size(), masters[i]));
+            singles.push_back(Solution::single(i, masters.size(), masters[i]));
         }
     }
-    return seeds;
+    return singles;
 }
 
 bool determine_solutions(std::vector<Solution>& solutions, std::vector<double> target, bool limit_candidates)

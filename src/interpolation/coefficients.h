@@ -13,7 +13,7 @@
 // Master indices and rankings are 16-bit, so at most 32,767 masters take part.
 //
 // A ranking of -10922 or more marks an active master, higher being better. A master is
-// parked (left out of the seeds for now) by subtracting `park_offset` from its ranking and
+// parked (left out of the single-master candidates for now) by subtracting `park_offset` from its ranking and
 // brought back by adding it again; `dropped_ranking` marks a master left out for good because
 // it differs from the others in a removed dimension.
 constexpr Ranking lowest_active_ranking = -10922;
@@ -42,7 +42,7 @@ bool drop_constant_dimensions(std::vector<double>& target, MasterPositions& mast
 void rank_masters(const MasterPositions& masters, const std::vector<double>& target,
                   std::vector<Ranking>& ranking, const std::vector<bool>& flagged);
 
-// One seed per active master (per master when `ranking` is empty).
+// One single-master candidate per active master (per master when `ranking` is empty).
 std::vector<Solution> make_solutions(const MasterPositions& masters, const std::vector<Ranking>& ranking);
 
 // Reduces all dimensions, the last first. Returns false when some dimension yielded no

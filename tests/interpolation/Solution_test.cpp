@@ -14,21 +14,21 @@ Solution candidate(std::vector<double> c, std::vector<double> coordinates)
 
 TEST(Solution, ReducingRefusesPairsThatCannotReachThePlane)
 {
-    const Solution a = Solution::seed(0, 2, {0, 10});
-    const Solution b = Solution::seed(1, 2, {100, 10});
+    const Solution a = Solution::single(0, 2, {0, 10});
+    const Solution b = Solution::single(1, 2, {100, 10});
     Solution scratch{{0, 0}, {0}};
     // Both on one level: no line through them crosses the target's level.
     EXPECT_FALSE(scratch.reduce_dimension(a, b, {50, 20}));
     EXPECT_FALSE(scratch.reduce_dimension_perfect(a, b, {50, 20}));
     // One of them on the target's level: that one is taken over as it is instead.
-    EXPECT_FALSE(scratch.reduce_dimension(Solution::seed(0, 2, {0, 20}), b, {50, 20}));
+    EXPECT_FALSE(scratch.reduce_dimension(Solution::single(0, 2, {0, 20}), b, {50, 20}));
     EXPECT_EQ(scratch.c, (std::vector<double>{0, 0}));
 }
 
 TEST(Solution, ReducingExtrapolatesAndCountsNegativeCoefficients)
 {
-    const Solution low = Solution::seed(0, 3, {0, 0});
-    const Solution high = Solution::seed(2, 3, {40, 100});
+    const Solution low = Solution::single(0, 3, {0, 0});
+    const Solution high = Solution::single(2, 3, {40, 100});
     Solution scratch{{0, 0, 0}, {0}};
     ASSERT_TRUE(scratch.reduce_dimension(low, high, {0, 150}));
     EXPECT_EQ(scratch.c, (std::vector<double>{-0.5, 0, 1.5}));
@@ -38,7 +38,7 @@ TEST(Solution, ReducingExtrapolatesAndCountsNegativeCoefficients)
 
     // A perfect pair needs the same position in every other dimension.
     EXPECT_FALSE(scratch.reduce_dimension_perfect(low, high, {0, 150}));
-    ASSERT_TRUE(scratch.reduce_dimension_perfect(low, Solution::seed(2, 3, {1e-8, 100}), {0, 25}));
+    ASSERT_TRUE(scratch.reduce_dimension_perfect(low, Solution::single(2, 3, {1e-8, 100}), {0, 25}));
     EXPECT_EQ(scratch.c, (std::vector<double>{0.75, 0, 0.25}));
     EXPECT_EQ(scratch.coordinates, (std::vector<double>{0}));
 }
@@ -70,10 +70,10 @@ TEST(Solution, WorstUsedMasterRankingLooksOnlyAtUsedMasters)
 
 TEST(SolutionDeathTest, BrokenInvariantsEndTheProcessWithTheirText)
 {
-    const Solution seed = Solution::seed(0, 2, {0, 1});
-    EXPECT_DEATH(seed.last_is_on_target({1}), "coordinates.size\\(\\) == target.size\\(\\)");
+    const Solution single = Solution::single(0, 2, {0, 1});
+    EXPECT_DEATH(single.last_is_on_target({1}), "coordinates.size\\(\\) == target.size\\(\\)");
     Solution scratch{{0, 0, 0}, {0}};
-    EXPECT_DEATH(scratch.reduce_dimension(seed, Solution::seed(1, 2, {5, 5}), {0, 3}),
+    EXPECT_DEATH(scratch.reduce_dimension(single, Solution::single(1, 2, {5, 5}), {0, 3}),
                  "c.size\\(\\) == other1.c.size\\(\\)");
 }
 
