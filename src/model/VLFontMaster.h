@@ -4,6 +4,7 @@
 #include "model/VLUnsetValue.h"
 #include "platform/Value.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <map>
 #include <memory>
@@ -18,6 +19,10 @@ class VLMetric;
 class VLMetricValue;
 struct VLError;
 
+// Far more masters than any design space needs. Drawing looks up every master's layer of each
+// sample, which grows with the square of the masters, so a longer list fails the document.
+inline constexpr size_t VLFontMaximumMasters = 1024;
+
 // One master of a font: a location in the design space with its own metrics.
 class VLFontMaster : public VLCustomParameterOwner {
 public:
@@ -29,6 +34,7 @@ public:
     // Reads a master record; the parse info stands behind its opening brace.
     static std::shared_ptr<VLFontMaster> initWithVelmorParser_format(VLPlistParseInfo* info, uint8_t format);
     static constexpr const char* className = "VLFontMaster";
+    static constexpr size_t maximumInList = VLFontMaximumMasters;
     // A deep copy without font.
     std::shared_ptr<VLFontMaster> copy() const;
     // Runs when the font's axes and metrics are known: turns the read buffer and, for format 1,

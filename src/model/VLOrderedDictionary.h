@@ -8,7 +8,6 @@
 #include <map>
 #include <mutex>
 #include <optional>
-#include <ranges>
 #include <string>
 #include <string_view>
 #include <type_traits>
@@ -183,7 +182,7 @@ public:
     }
 
     const std::vector<std::string>& allKeys() const { return _array; }
-    auto reverseKeyEnumerator() const { return _array | std::views::reverse; }
+    std::vector<std::string> reverseKeyEnumerator() const { return {_array.rbegin(), _array.rend()}; }
     std::vector<V> allValues() const
     {
         std::vector<V> values;

@@ -3,7 +3,6 @@
 #include "platform/StringFormat.h"
 #include "platform/VLException.h"
 
-#include <ranges>
 
 namespace {
 
@@ -44,7 +43,12 @@ Value objectForKeys(const Value& root, std::initializer_list<std::string_view> k
 Value objectForKeyPath(const Value& root, std::string_view keyPath)
 {
     std::vector<std::string> keys;
-    for (auto part : keyPath | std::views::split('.')) keys.emplace_back(part.begin(), part.end());
+    for (size_t start = 0; !keyPath.empty();) {
+        size_t dot = keyPath.find('.', start);
+        keys.emplace_back(keyPath.substr(start, dot - start));
+        if (dot == std::string_view::npos) break;
+        start = dot + 1;
+    }
     return walk(root, keys);
 }
 

@@ -2,12 +2,17 @@
 
 #include "model/VLElement.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <string>
 
 class VLPath;
 struct VLPlistParseInfo;
+
+// A compiled font numbers the points of a glyph with 16 bits, so no real contour holds more
+// nodes than this; a longer node list fails its path, which bounds what a hostile document costs.
+inline constexpr size_t VLPathMaximumNodes = 65535;
 
 // One point of a path. An on-curve node's type describes the segment that ends at it.
 class VLNode : public VLElement {
@@ -30,6 +35,7 @@ public:
     // A node in its line form ("x y CURVE SMOOTH") or its list form ((x,y,cs)).
     static std::shared_ptr<VLNode> initWithVelmorParser_format(VLPlistParseInfo* info, uint8_t format);
     static constexpr const char* className = "VLNode";
+    static constexpr size_t maximumInList = VLPathMaximumNodes;
     bool readLineWithVelmorParser(VLPlistParseInfo* info);
     bool readListWithVelmorParser_format(VLPlistParseInfo* info, uint8_t format);
     // NaN coordinates become 21 and then coordinates beyond 32000 become 22, so that the two

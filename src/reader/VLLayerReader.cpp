@@ -11,6 +11,7 @@
 #include "reader/VLPlistSkippers.h"
 
 #include <array>
+#include <vector>
 
 namespace {
 
@@ -25,20 +26,35 @@ bool skipMetricsKeys(VLPlistParseInfo* info)
     return false;
 }
 
-// Shape lists add to what is there: older layers keep paths in front of components.
-template <typename K> bool readShapes(VLLayer& layer, VLPlistParseInfo* info, uint8_t format, bool atFront)
-{
-    auto shapes = readPlistObjects<K>(info, format);
-    if (!shapes) return false;
-    VLLayer::Shapes all(shapes->begin(), shapes->end());
-    const auto& existing = layer.shapes();
-    if (atFront)
-        all.insert(all.end(), existing.begin(), existing.end());
-    else
-        all.insert(all.begin(), existing.begin(), existing.end());
-    layer.setShapesFast(std::move(all));
-    return true;
-}
+// Older layers keep "paths" in front of "components": each "paths" list goes before everything
+// read so far, the other lists behind it. The lists are joined once at the end, so that a record
+// repeating its keys still reads in linear time.
+class ShapeLists {
+public:
+    template <typename K> bool read(VLPlistParseInfo* info, uint8_t format, bool atFront)
+    {
+        auto shapes = readPlistObjects<K>(info, format);
+        if (!shapes) return false;
+        auto& list = atFront ? _fronts.emplace_back() : _back;
+        list.insert(list.end(), shapes->begin(), shapes->end());
+        return true;
+    }
+
+    bool empty() const { return _fronts.empty() && _back.empty(); }
+
+    VLLayer::Shapes joined()
+    {
+        VLLayer::Shapes all;
+        for (auto front = _fronts.rbegin(); front != _fronts.rend(); ++front)
+            all.insert(all.end(), front->begin(), front->end());
+        all.insert(all.end(), _back.begin(), _back.end());
+        return all;
+    }
+
+private:
+    std::vector<VLLayer::Shapes> _fronts;
+    VLLayer::Shapes _back;
+};
 
 bool readAnchors(VLLayer& layer, VLPlistParseInfo* info, uint8_t format)
 {
@@ -91,7 +107,7 @@ bool readColor(VLLayer& layer, VLPlistParseInfo* info)
     return true;
 }
 
-bool readLayerKey(VLLayer& layer, VLPlistParseInfo* info, uint8_t format)
+bool readLayerKey(VLLayer& layer, ShapeLists& shapes, VLPlistParseInfo* info, uint8_t format)
 {
     if (matchKey(info, "name")) return layer.setName(readPlistString(info)), true;
     if (matchKey(info, "layerId")) {
@@ -103,15 +119,15 @@ bool readLayerKey(VLLayer& layer, VLPlistParseInfo* info, uint8_t format)
     if (matchKey(info, "width")) return layer.setWidthFast(parsePlistDoubleValue(info)), true;
     if (matchKey(info, "vertWidth")) return layer.setVertWidth(parsePlistDoubleValue(info)), true;
     if (matchKey(info, "vertOrigin")) return layer.setVertOrigin(parsePlistDoubleValue(info)), true;
-    if (matchKey(info, "shapes")) return readShapes<VLShape>(layer, info, format, false);
-    if (matchKey(info, "paths")) return readShapes<VLPath>(layer, info, format, true);
+    if (matchKey(info, "shapes")) return shapes.read<VLShape>(info, format, false);
+    if (matchKey(info, "paths")) return shapes.read<VLPath>(info, format, true);
     if (matchKey(info, "attr")) return layer.setAttributes(parsePlistMutableDict(info).dictionary()), true;
     if (matchKey(info, "partSelection")) {
         Value selection = parsePlistDict(info);
         return layer.setPartSelection(selection.dictionary()), !selection.isNull();
     }
     if (matchKey(info, "anchors")) return readAnchors(layer, info, format);
-    if (matchKey(info, "components")) return readShapes<VLComponent>(layer, info, format, false);
+    if (matchKey(info, "components")) return shapes.read<VLComponent>(info, format, false);
     if (matchKey(info, "guideLines") || matchKey(info, "guides")) return skipPlistArray(info);
     if (matchKey(info, "hints")) return readHints(layer, info, format);
     if (matchKey(info, "annotations")) return skipPlistArray(info);
@@ -132,7 +148,9 @@ std::shared_ptr<VLLayer> VLLayer::initWithVelmorParser_format(VLPlistParseInfo* 
     auto layer = init();
     layer->_disableUpdates = true;
     layer->_width = 0;
-    if (!readPlistRecord(info, [&] { return readLayerKey(*layer, info, format); })) return nullptr;
+    ShapeLists shapes;
+    if (!readPlistRecord(info, [&] { return readLayerKey(*layer, shapes, info, format); })) return nullptr;
+    if (!shapes.empty()) layer->setShapesFast(shapes.joined());
     if (layer->_associatedMasterId.empty()) layer->_associatedMasterId = layer->_layerId;
     return layer;
 }

@@ -44,6 +44,10 @@ bool VLPath::parseVelmorLine_format(VLPlistParseInfo* info, uint8_t format)
     nodes.reserve(30);
     auto stops = [](uint8_t c) { return c == '\n' || c == '"' || c == ')' || c == ','; };
     while (!atPlistEnd(info) && !stops(*info->curr)) {
+        if (nodes.size() == VLPathMaximumNodes) {
+            reportPlistError(info, "Too many entries: %s", VLNode::className);
+            return false;
+        }
         const uint8_t* before = info->curr;
         if (auto node = VLNode::initWithVelmorParser_format(info, format)) nodes.push_back(std::move(node));
         if (*info->curr == ';') ++info->curr;

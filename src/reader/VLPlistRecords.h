@@ -4,6 +4,7 @@
 #include "reader/VLPlistParser.h"
 #include "reader/VLPlistParseInfo.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -77,7 +78,17 @@ std::shared_ptr<K> readPlistObject(VLPlistParseInfo* info, uint8_t format, Conta
     return nullptr;
 }
 
-// A parenthesised list of records of class K; nothing when the list or any record fails.
+// Record classes that bound the length of their lists say so with maximumInList.
+template <typename K> constexpr size_t maximumRecordsInList()
+{
+    if constexpr (requires { K::maximumInList; })
+        return K::maximumInList;
+    else
+        return SIZE_MAX;
+}
+
+// A parenthesised list of records of class K; nothing when the list or any record fails, or
+// when it is longer than the class allows.
 template <typename K, typename Container = std::nullptr_t>
 std::optional<std::vector<std::shared_ptr<K>>> readPlistObjects(VLPlistParseInfo* info, uint8_t format,
                                                                 Container container = nullptr)
@@ -97,6 +108,10 @@ std::optional<std::vector<std::shared_ptr<K>>> readPlistObjects(VLPlistParseInfo
     while (true) {
         if (!skipPlistSpace(info)) return std::nullopt;
         if (*info->curr == ')') break;
+        if (records.size() == maximumRecordsInList<K>()) {
+            reportPlistError(info, "Too many entries: %s", K::className);
+            return std::nullopt;
+        }
         auto record = readPlistObject<K>(info, format, container);
         if (!record) {
             if (!info->error) reportPlistError(info, "reading: %s", K::className);

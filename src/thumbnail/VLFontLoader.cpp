@@ -14,19 +14,6 @@
 #include <cmath>
 #include <cstdint>
 
-namespace {
-
-void fillTranslated(BezierPath* path, double x, double y)
-{
-    if (!path) return;
-    AffineTransform move;
-    move.translateXBy_yBy(x, y);
-    path->transformUsingAffineTransform(move);
-    path->fill();
-}
-
-} // namespace
-
 bool VLFontLoader::importFontFromURL(const std::string& path)
 {
     try {
@@ -93,8 +80,27 @@ double VLFontLoader::baselineOffset() const
     return _canvasSize.height - ascender - margin;
 }
 
+// Whether the path was filled with something to show.
+bool VLFontLoader::fillTranslated(BezierPath* path, double x, double y)
+{
+    if (!path) return false;
+    long elements = path->elementCount();
+    if (elements > maximumFilledElements) {
+        VLLog("Left out an outline of " + std::to_string(elements) + " elements");
+        return false;
+    }
+    if (elements > _elementsLeft) return false;
+    _elementsLeft -= elements;
+    AffineTransform move;
+    move.translateXBy_yBy(x, y);
+    path->transformUsingAffineTransform(move);
+    path->fill();
+    return elements >= drawnSomethingElements;
+}
+
 bool VLFontLoader::drawThumbnail()
 {
+    _elementsLeft = maximumElementsPerThumbnail;
     bool drawn = drawSolidShapes();
     if (_font->fontMasters().size() < 2) return drawn;
     return drawMasterOverlay() || drawn;
@@ -112,8 +118,7 @@ bool VLFontLoader::drawSolidShapes()
         auto path = glyph->bezierPath();
         double maxWidth = glyph->maxWidth();
         int64_t x = k > 0 ? pen : VLTruncatedInteger(maxWidth - glyph->width() + static_cast<double>(pen));
-        if (path && path->elementCount() >= drawnSomethingElements) drawn = true;
-        fillTranslated(path.get(), static_cast<double>(x), y);
+        drawn = fillTranslated(path.get(), static_cast<double>(x), y) || drawn;
         pen = VLTruncatedInteger(maxWidth + static_cast<double>(pen));
     }
     return drawn;
@@ -125,18 +130,19 @@ bool VLFontLoader::drawMasterOverlay()
     Color::colorWithDeviceWhite_alpha(0.1, 0.25).set();
     bool drawn = false;
     double y = baselineOffset();
+    // A sample's widest master is the same for every master, and finding it visits every layer.
+    std::vector<double> maxWidths;
+    for (const auto& glyph : _cachedGlyphs) maxWidths.push_back(glyph->maxWidth());
     for (const auto& master : _font->fontMasters()) {
         int64_t pen = static_cast<int64_t>(margin);
         for (size_t k = 0; k < _cachedGlyphs.size(); ++k) {
-            const auto& glyph = _cachedGlyphs[k];
-            auto layer = glyph->layerForId(master->id());
+            auto layer = _cachedGlyphs[k]->layerForId(master->id());
             auto kept = layer ? layer->bezierPath() : nullptr;
             auto path = kept ? kept->copy() : nullptr;
-            double maxWidth = glyph->maxWidth();
+            double maxWidth = maxWidths[k];
             double layerWidth = layer ? layer->width() : 0.0;
             int64_t x = k > 0 ? pen : VLTruncatedInteger(maxWidth - layerWidth + static_cast<double>(pen));
-            if (path && path->elementCount() >= drawnSomethingElements) drawn = true;
-            fillTranslated(path.get(), static_cast<double>(x), y);
+            drawn = fillTranslated(path.get(), static_cast<double>(x), y) || drawn;
             pen = VLTruncatedInteger(maxWidth + static_cast<double>(pen));
         }
     }

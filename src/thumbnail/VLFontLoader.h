@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+class BezierPath;
 class VLFont;
 class VLGlyph;
 
@@ -18,6 +19,11 @@ public:
     static constexpr double narrowestAcceptedCanvas = 200.0;
     static constexpr size_t minimumSamples = 2;
     static constexpr long drawnSomethingElements = 3;
+    // The rasterizer's time grows with the square of the edges that cross a row, so a hostile
+    // outline of many crossing edges could hold a request for minutes. No real glyph comes near
+    // these: a longer outline is left out, and so is every fill once a request has spent its share.
+    static constexpr long maximumFilledElements = 20000;
+    static constexpr long maximumElementsPerThumbnail = 200000;
 
     // Reads the document into font; false (with a log line) when it can't be read.
     bool importFontFromURL(const std::string& path);
@@ -36,9 +42,11 @@ private:
     double baselineOffset() const;
     bool drawSolidShapes();
     bool drawMasterOverlay();
+    bool fillTranslated(BezierPath* path, double x, double y);
 
     std::shared_ptr<VLFont> _font;
     std::vector<std::string> _sampleText;
     std::vector<std::shared_ptr<VLGlyph>> _cachedGlyphs;
     Size _canvasSize;
+    long _elementsLeft = 0;
 };

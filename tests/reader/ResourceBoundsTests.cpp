@@ -2,6 +2,8 @@
 #include "model/VLFont.h"
 #include "model/VLFontMaster.h"
 #include "model/VLGlyph.h"
+#include "model/VLLayer.h"
+#include "outline/VLNode.h"
 #include "reader/VLPlistParser.h"
 #include "reader/VLPlistSkippers.h"
 #include "support/PlistTestSupport.h"
@@ -71,4 +73,89 @@ TEST(ResourceBounds, NumbersBeyondSinglePrecisionBecomeInfinities)
     ASSERT_NE(font, nullptr);
     EXPECT_TRUE(std::isinf(font->axes()[0]->defaultValue()));
     EXPECT_EQ(font->fontMasterAtIndex(0)->defaultAscender(), 0) << "out-of-range metric values read as 0";
+}
+
+namespace {
+
+std::string documentWithGlyphs(const std::string& glyphs, const std::string& masters = "{\nid = m01;\n}\n")
+{
+    return "{\n.formatVersion = 3;\nfontMaster = (\n" + masters + ");\nglyphs = (\n" + glyphs + ");\n}\n";
+}
+
+std::string glyphWithShapes(const std::string& name, const std::string& shapes)
+{
+    return "{\nglyphname = " + name + ";\nlayers = (\n{\nlayerId = m01;\nshapes = (\n" + shapes +
+           ");\nwidth = 600;\n}\n);\n},\n";
+}
+
+std::string pathOfListNodes(size_t count)
+{
+    std::string nodes;
+    for (size_t i = 0; i < count; ++i) nodes += "(" + std::to_string(i % 1000) + "," + std::to_string(i % 7) + ",l),\n";
+    nodes.resize(nodes.size() - 2);
+    return "{\nclosed = 1;\nnodes = (\n" + nodes + "\n);\n}\n";
+}
+
+std::string pathOfLineNodes(size_t count)
+{
+    std::string nodes;
+    for (size_t i = 0; i < count; ++i) nodes += std::to_string(i % 1000) + " 0 LINE;";
+    return "{\nnodes = (\n\"" + nodes + "\"\n);\n}\n";
+}
+
+bool layersRead(const std::string& document)
+{
+    auto font = readFont(document);
+    return font && font->glyphForName("A")->readLayersFormat(font->formatVersion());
+}
+
+} // namespace
+
+TEST(ResourceBounds, PathsLongerThanAnyContourFailTheirLayer)
+{
+    EXPECT_TRUE(layersRead(documentWithGlyphs(glyphWithShapes("A", pathOfListNodes(VLPathMaximumNodes)))));
+    EXPECT_FALSE(layersRead(documentWithGlyphs(glyphWithShapes("A", pathOfListNodes(VLPathMaximumNodes + 1)))));
+    EXPECT_FALSE(layersRead(documentWithGlyphs(glyphWithShapes("A", pathOfListNodes(1000000)))));
+    EXPECT_FALSE(layersRead(documentWithGlyphs(glyphWithShapes("A", pathOfLineNodes(1000000)))));
+}
+
+TEST(ResourceBounds, RepeatedShapeKeysReadInLinearTime)
+{
+    std::string keys;
+    for (int i = 0; i < 50000; ++i) keys += "shapes = (\n{\nnodes = (\n(0,0,l)\n);\n}\n);\n";
+    ScannedText text(keys + "}");
+    auto layer = VLLayer::initWithVelmorParser_format(text.get(), 3);
+    ASSERT_NE(layer, nullptr);
+    EXPECT_EQ(layer->countOfShapes(), 50000u);
+}
+
+TEST(ResourceBounds, MastersBeyondAnyDesignSpaceFailTheDocument)
+{
+    auto masters = [](size_t count) {
+        std::string list;
+        for (size_t i = 0; i < count; ++i) list += "{\nid = m" + std::to_string(i) + ";\n},\n";
+        return list;
+    };
+    auto font = readFont(documentWithGlyphs("", masters(VLFontMaximumMasters)));
+    ASSERT_NE(font, nullptr);
+    EXPECT_EQ(font->fontMasters().size(), VLFontMaximumMasters);
+    VLError error;
+    EXPECT_EQ(readFont(documentWithGlyphs("", masters(VLFontMaximumMasters + 1)), &error), nullptr);
+}
+
+TEST(ResourceBounds, ComponentChainsAndCyclesEndWithoutRecursion)
+{
+    std::string glyphs = glyphWithShapes("A", "{\nref = c1;\n},\n{\nref = A;\n}\n");
+    for (int i = 1; i < 5000; ++i)
+        glyphs += glyphWithShapes("c" + std::to_string(i), "{\nref = c" + std::to_string(i + 1) + ";\n}\n");
+    glyphs += glyphWithShapes("g", pathOfListNodes(4));
+    auto font = readFont(documentWithGlyphs(glyphs));
+    ASSERT_NE(font, nullptr);
+    for (const auto& glyph : font->glyphs()) {
+        ASSERT_TRUE(glyph->readLayersFormat(3));
+        auto layer = glyph->layerForId("m01");
+        layer->copyDecomposedLayer();
+        layer->bezierPath();
+    }
+    EXPECT_NE(font->glyphForName("g")->bezierPath(), nullptr);
 }

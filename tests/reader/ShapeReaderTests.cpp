@@ -199,14 +199,22 @@ width = 700;
 
 TEST(LayerReader, ShapeOrderOfOlderLayers)
 {
+    // Each "paths" list goes in front of all read before it, even when a key repeats.
     ScannedText text("components = (\n{\nname = B;\n}\n);\nlayerId = x;\n"
-                     "paths = (\n{\nnodes = (\n\"0 0 LINE\"\n);\n}\n);\n}");
+                     "paths = (\n{\nnodes = (\n\"0 0 LINE\"\n);\n}\n);\n"
+                     "components = (\n{\nname = C;\n}\n);\n"
+                     "paths = (\n{\nnodes = (\n\"0 0 LINE\",\n\"9 9 LINE\"\n);\n}\n);\n}");
     auto layer = VLLayer::initWithVelmorParser_format(text.get(), 1);
     ASSERT_NE(layer, nullptr);
-    ASSERT_EQ(layer->countOfShapes(), 2u);
-    EXPECT_EQ(layer->shapes()[0]->shapeType(), VLShape::VLShapeTypePath);
-    EXPECT_EQ(layer->shapes()[1]->shapeType(), VLShape::VLShapeTypeComponent);
-    EXPECT_EQ(layer->shapes()[0]->layer(), layer);
+    ASSERT_EQ(layer->countOfShapes(), 4u);
+    const auto& shapes = layer->shapes();
+    ASSERT_EQ(shapes[0]->shapeType(), VLShape::VLShapeTypePath);
+    ASSERT_EQ(shapes[1]->shapeType(), VLShape::VLShapeTypePath);
+    EXPECT_EQ(static_cast<const VLPath&>(*shapes[0]).count(), 2) << "the later paths first";
+    EXPECT_EQ(static_cast<const VLPath&>(*shapes[1]).count(), 1);
+    EXPECT_EQ(static_cast<const VLComponent&>(*shapes[2]).componentName(), "B");
+    EXPECT_EQ(static_cast<const VLComponent&>(*shapes[3]).componentName(), "C");
+    EXPECT_EQ(shapes[0]->layer(), layer);
 }
 
 TEST(LayerReader, BrokenLayerTextFailsOnlyWhenRead)

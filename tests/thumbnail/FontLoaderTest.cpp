@@ -250,3 +250,71 @@ TEST(Drawing, NothingDrawnWhenNoOutlineHasThreeElements)
     GraphicsContext::Current current(context);
     EXPECT_FALSE(loader.drawThumbnail());
 }
+
+namespace {
+
+// A rectangle whose lower edge is cut into enough line nodes to give the outline `elements`.
+Outline denseBox(double x0, double y0, double x1, double y1, long elements)
+{
+    auto path = VLPath::init();
+    // A closed outline has a move, a segment per node and a close.
+    long steps = elements - 2 - 3;
+    for (long i = 0; i < steps; ++i)
+        path->addNodeFastWithPosition_type_connection({x0 + (x1 - x0) * static_cast<double>(i) / static_cast<double>(steps), y0},
+                                                     VLNode::LINE, VLNode::SHARP);
+    for (Point p : {Point{x1, y0}, Point{x1, y1}, Point{x0, y1}})
+        path->addNodeFastWithPosition_type_connection(p, VLNode::LINE, VLNode::SHARP);
+    path->setClosed(true);
+    return path;
+}
+
+} // namespace
+
+TEST(Drawing, OutlinesTooLongForTheRasterizerAreLeftOut)
+{
+    Font f;
+    auto a = f.add("A", {600}, denseBox(0, 0, 600, 700, VLFontLoader::maximumFilledElements + 1));
+    ASSERT_EQ(a->bezierPath()->elementCount(), VLFontLoader::maximumFilledElements + 1);
+    f.add("g", {400}, box(0, 0, 400, 500));
+    auto loader = f.loader();
+    loader.layoutThumbnail();
+    GraphicsContext context(120, 120);
+    GraphicsContext::Current current(context);
+    AffineTransform scale;
+    scale.scaleBy(0.1);
+    scale.concat();
+    EXPECT_TRUE(loader.drawThumbnail());
+    EXPECT_EQ(context.pixelAt(40, 50)[3], 0) << "A left out";
+    EXPECT_EQ(context.pixelAt(90, 50)[3], 255) << "g drawn";
+
+    setOutline(*a->layerForId("m01"), denseBox(0, 0, 600, 700, VLFontLoader::maximumFilledElements));
+    GraphicsContext again(120, 120);
+    GraphicsContext::Current currentAgain(again);
+    scale.concat();
+    EXPECT_TRUE(loader.drawThumbnail());
+    EXPECT_EQ(again.pixelAt(40, 50)[3], 255) << "A at the limit is drawn";
+}
+
+TEST(Drawing, ARequestStopsFillingWhenItsElementsAreSpent)
+{
+    // Every master's "A" stands apart; the mean and each overlay cost a full share of elements.
+    constexpr size_t masters = 10;
+    constexpr long elements = 19000;
+    static_assert(VLFontLoader::maximumElementsPerThumbnail / elements == masters);
+    Font f(masters);
+    auto a = f.add("A", std::vector<double>(masters, 1200));
+    for (size_t i = 0; i < masters; ++i) {
+        double x = 100.0 * static_cast<double>(i);
+        setOutline(*a->layerForId(f.font->fontMasters()[i]->id()), denseBox(x, 0, x + 60, 700, elements));
+    }
+    f.add("g", std::vector<double>(masters, 400), box(0, 0, 400, 500));
+    auto loader = f.loader();
+    loader.layoutThumbnail();
+    GraphicsContext context(1800, 1200);
+    GraphicsContext::Current current(context);
+    EXPECT_TRUE(loader.drawThumbnail());
+    // The mean covers x 550..610; the first nine overlays fit into what is left after it.
+    EXPECT_GT(context.pixelAt(100 + 30, 600)[3], 0) << "first master";
+    EXPECT_GT(context.pixelAt(100 + 830, 600)[3], 0) << "ninth master";
+    EXPECT_EQ(context.pixelAt(100 + 930, 600)[3], 0) << "tenth master left out";
+}
