@@ -67,6 +67,21 @@ struct Font {
     }
 };
 
+// A context of 120 pixels square that shows the canvas at a tenth, current while it lives.
+struct TenthScaleContext {
+    GraphicsContext context{120, 120};
+    GraphicsContext::Current current{context};
+
+    TenthScaleContext()
+    {
+        AffineTransform scale;
+        scale.scaleBy(0.1);
+        scale.concat();
+    }
+
+    uint8_t alphaAt(int x, int y) const { return context.pixelAt(x, y)[3]; }
+};
+
 std::vector<std::string> names(const std::vector<std::shared_ptr<VLGlyph>>& glyphs)
 {
     std::vector<std::string> result;
@@ -206,18 +221,14 @@ TEST(Drawing, SamplesStandOnTheBaselineFirstFlushRight)
     Size canvas = loader.layoutThumbnail();
     ASSERT_EQ(canvas, (Size{1200, 1200}));
 
-    GraphicsContext context(120, 120);
-    GraphicsContext::Current current(context);
-    AffineTransform scale;
-    scale.scaleBy(0.1);
-    scale.concat();
+    TenthScaleContext picture;
     EXPECT_TRUE(loader.drawThumbnail());
     // Baseline at 100 - descender = 300 units; "A" spans x 100..700, "g" 700..1100.
-    EXPECT_EQ(context.pixelAt(40, 50)[3], 255) << "inside A";
-    EXPECT_EQ(context.pixelAt(90, 50)[3], 255) << "inside g";
-    EXPECT_EQ(context.pixelAt(90, 90)[3], 0) << "above g";
-    EXPECT_EQ(context.pixelAt(40, 25)[3], 0) << "below the baseline";
-    EXPECT_EQ(context.pixelAt(5, 50)[3], 0) << "left margin";
+    EXPECT_EQ(picture.alphaAt(40, 50), 255) << "inside A";
+    EXPECT_EQ(picture.alphaAt(90, 50), 255) << "inside g";
+    EXPECT_EQ(picture.alphaAt(90, 90), 0) << "above g";
+    EXPECT_EQ(picture.alphaAt(40, 25), 0) << "below the baseline";
+    EXPECT_EQ(picture.alphaAt(5, 50), 0) << "left margin";
 }
 
 TEST(Drawing, MastersAreOverlaidInATint)
@@ -278,21 +289,16 @@ TEST(Drawing, OutlinesTooLongForTheRasterizerAreLeftOut)
     f.add("g", {400}, box(0, 0, 400, 500));
     auto loader = f.loader();
     loader.layoutThumbnail();
-    GraphicsContext context(120, 120);
-    GraphicsContext::Current current(context);
-    AffineTransform scale;
-    scale.scaleBy(0.1);
-    scale.concat();
-    EXPECT_TRUE(loader.drawThumbnail());
-    EXPECT_EQ(context.pixelAt(40, 50)[3], 0) << "A left out";
-    EXPECT_EQ(context.pixelAt(90, 50)[3], 255) << "g drawn";
-
+    {
+        TenthScaleContext picture;
+        EXPECT_TRUE(loader.drawThumbnail());
+        EXPECT_EQ(picture.alphaAt(40, 50), 0) << "A left out";
+        EXPECT_EQ(picture.alphaAt(90, 50), 255) << "g drawn";
+    }
     setOutline(*a->layerForId("m01"), denseBox(0, 0, 600, 700, VLFontLoader::maximumFilledElements));
-    GraphicsContext again(120, 120);
-    GraphicsContext::Current currentAgain(again);
-    scale.concat();
+    TenthScaleContext picture;
     EXPECT_TRUE(loader.drawThumbnail());
-    EXPECT_EQ(again.pixelAt(40, 50)[3], 255) << "A at the limit is drawn";
+    EXPECT_EQ(picture.alphaAt(40, 50), 255) << "A at the limit is drawn";
 }
 
 TEST(Drawing, ARequestStopsFillingWhenItsElementsAreSpent)
