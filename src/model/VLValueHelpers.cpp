@@ -3,7 +3,6 @@
 #include "platform/StringFormat.h"
 #include "platform/VLException.h"
 
-
 namespace {
 
 template <typename Keys> Value walk(const Value& root, const Keys& keys)
