@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <new>
 #include <vector>
 
 namespace {
@@ -26,6 +27,19 @@ TEST(ParallelFor, StopHandsOutNoFurtherWork)
         stop = true;
     });
     EXPECT_LT(calls.load(), 100u);
+}
+
+TEST(ParallelFor, AnExceptionStopsTheLoopAndReachesTheCaller)
+{
+    std::atomic<size_t> calls{0};
+    auto run = [&] {
+        ParallelFor(100000, [&](size_t i, bool&) {
+            calls++;
+            if (i == 5) throw std::bad_alloc();
+        });
+    };
+    EXPECT_THROW(run(), std::bad_alloc);
+    EXPECT_LT(calls.load(), 100000u);
 }
 
 } // namespace
