@@ -1,5 +1,6 @@
 #include "reader/VLPropertyListFile.h"
 
+#include "reader/VLBinaryPlistGuard.h"
 #include "reader/VLPlistLexical.h"
 #include "reader/VLPlistParser.h"
 
@@ -12,9 +13,6 @@
 #include <memory>
 
 namespace {
-
-// Deeper trees come from hostile files, not from documents.
-constexpr int maximumNesting = 512;
 
 using PlistHandle = std::unique_ptr<void, void (*)(plist_t)>;
 
@@ -66,7 +64,7 @@ std::optional<Value> convertDictionary(plist_t node, int depth)
 
 std::optional<Value> convert(plist_t node, int depth)
 {
-    if (!node || depth > maximumNesting) return std::nullopt;
+    if (!node || depth > static_cast<int>(VLPlistMaximumNesting)) return std::nullopt;
     switch (plist_get_node_type(node)) {
     case PLIST_BOOLEAN: {
         uint8_t b = 0;
@@ -85,9 +83,10 @@ std::optional<Value> convert(plist_t node, int depth)
         return Value(d);
     }
     case PLIST_STRING: {
-        char* text = nullptr;
-        plist_get_string_val(node, &text);
-        return Value(takeString(text));
+        // The pointer form, since the copying one aborts on a string with an inner NUL.
+        uint64_t length = 0;
+        const char* text = plist_get_string_ptr(node, &length);
+        return Value(text ? std::string(text, length) : std::string());
     }
     case PLIST_DATA: {
         char* bytes = nullptr;
@@ -123,7 +122,8 @@ std::optional<std::string> readFileBytes(const std::string& path)
 
 std::optional<Value> parseBinaryOrXMLPropertyList(const std::string& bytes)
 {
-    if (bytes.empty() || bytes.size() > std::numeric_limits<uint32_t>::max()) return std::nullopt;
+    if (bytes.empty() || bytes.size() > std::numeric_limits<uint32_t>::max() || !binaryPlistIsSafe(bytes))
+        return std::nullopt;
     plist_t root = nullptr;
     plist_from_memory(bytes.data(), static_cast<uint32_t>(bytes.size()), &root);
     PlistHandle handle(root, plist_free);
