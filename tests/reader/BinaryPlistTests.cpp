@@ -102,9 +102,12 @@ TEST(BinaryPlist, HostileReferencesAreRefused)
         EXPECT_FALSE(binaryPlistIsSafe(cycle.bytes(0)));
     }
     {
+        // libplist aborts on a string with U+0000, as a key and, where fuzzing found it, as a value.
         BinaryPlist nul;
-        uint64_t key = nul.utf16(std::u16string(u"a\0b", 3));
-        EXPECT_FALSE(binaryPlistIsSafe(nul.bytes(nul.dictionary({key, nul.ascii("x")})))) << "libplist aborts on it";
+        uint64_t text = nul.utf16(std::u16string(u"a\0b", 3));
+        uint64_t other = nul.ascii("x");
+        EXPECT_FALSE(binaryPlistIsSafe(nul.bytes(nul.dictionary({text, other}))));
+        EXPECT_FALSE(parseBinaryOrXMLPropertyList(nul.bytes(nul.dictionary({other, text}))));
     }
     {
         BinaryPlist outside;
