@@ -46,6 +46,8 @@ std::shared_ptr<VLGlyph> VLFont::localGlyphForName(const std::string& name)
     if (_name2Glyph.empty()) prepareName2Glyph();
     if (auto glyph = find(_name2Glyph, name)) return glyph;
     if (std::find(_glyphFiles.begin(), _glyphFiles.end(), name) == _glyphFiles.end() || name.empty()) return nullptr;
+    // A name with a slash would lead the read out of the package's glyph folder.
+    if (name.find('/') != std::string::npos) return nullptr;
     // A glyph of a package that is named for the first time; a failed read is tried again next time.
     std::string path = tempDataForKey("filePath").string() + "/glyphs/" + VLVelmorInfo::glyphNameToFileName(name) + ".glyph";
     auto glyph = VLGlyph::initWithFile_format_error(path, _formatVersion, nullptr);

@@ -111,3 +111,16 @@ TEST(PackageReader, Failures)
         EXPECT_EQ(error.code, 3840) << error.description();
     }
 }
+
+TEST(PackageReader, NamesInTheOrderStayInsideTheGlyphFolder)
+{
+    Package package;
+    package.glyph("A_.glyph", "A", 0);
+    package.glyph("../outside.glyph", "outside", 1);
+    fs::create_directory(package.folder / "glyphs" / "x");
+    package.write("order.plist", "(\nA,\n\"x/../../outside\"\n)\n");
+    auto font = package.read();
+    ASSERT_NE(font, nullptr);
+    EXPECT_EQ(font->glyphAtIndex(1), nullptr);
+    EXPECT_EQ(font->glyphForName("x/../../outside"), nullptr);
+}
