@@ -8,15 +8,8 @@ set -euo pipefail
 build=$1
 here=$(cd "$(dirname "$0")" && pwd)
 
-skip() {
-  echo "skipped: $*"
-  exit 77
-}
-
-fail() {
-  echo "FAILED: $*"
-  exit 1
-}
+# shellcheck source=outcomes.sh
+. "$here/outcomes.sh"
 
 command -v bwrap >/dev/null || skip "bwrap is not installed (scripts/install-deps.sh installs bubblewrap)"
 bwrap --ro-bind / / --unshare-all true 2>/dev/null ||

@@ -9,15 +9,8 @@ build=$1
 kind=$2
 here=$(cd "$(dirname "$0")" && pwd)
 
-skip() {
-  echo "skipped: $*"
-  exit 77
-}
-
-fail() {
-  echo "FAILED: $*"
-  exit 1
-}
+# shellcheck source=outcomes.sh
+. "$here/outcomes.sh"
 
 tumblerd=$(compgen -G '/usr/lib/*/tumbler-1/tumblerd' | head -n 1 || true)
 [ -n "$tumblerd" ] || skip "the thumbnail service tumbler is not installed (scripts/install-deps.sh installs it)"
