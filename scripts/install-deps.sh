@@ -7,7 +7,7 @@ packages=(
   build-essential cmake pkg-config
   libcairo2-dev libplist-dev
   libgtest-dev libgmock-dev libbenchmark-dev
-  clang libclang-rt-14-dev bubblewrap
+  clang libclang-rt-14-dev libfuzzer-14-dev bubblewrap
   tumbler dbus dbus-bin shared-mime-info python3-gi
 )
 
