@@ -51,10 +51,12 @@ public:
 private:
     Point onCurve(Point p) const { return VLRoundToGrid(p, _grid); }
     Point handle(Point p) const { return VLRoundToGrid(p, _handleGrid); }
+    // A HOBBY node ends a cubic whose handles are stored, so it draws as a CURVE node does.
     uint8_t typeAt(long index) const
     {
         auto node = _path.nodeAtIndex(index);
-        return node ? node->type() : 0;
+        if (!node) return 0;
+        return node->type() == VLNode::HOBBY ? VLNode::CURVE : node->type();
     }
     bool exists(long index) const { return _path.nodeAtIndex(index) != nullptr; }
 
@@ -80,8 +82,9 @@ private:
         long i = -1;
         while (typeAt(i) == VLNode::OFFCURVE && i > -_n) --i;
         if (typeAt(i) == VLNode::OFFCURVE) return drawAllOffCurve();
-        // A step at the start could not be cut on the way back to it: start one corner earlier.
-        if (isOutsideStep(i))
+        // A step at the start could not be cut on the way back to it: start one corner earlier,
+        // but only where the cut is made, so that masters a unit apart start on the same node.
+        if (isOutsideStep(i) && stepIsCut(i))
             do
                 --i;
             while (typeAt(i) == VLNode::OFFCURVE && i > -2 * _n);
@@ -96,6 +99,14 @@ private:
             i += skipped;
         }
         _pen.closePath();
+    }
+
+    bool stepIsCut(long i) const
+    {
+        PathWalk probe(*this);
+        long skipped = 0;
+        probe.prepareInOut(i, true, skipped);
+        return skipped > 0;
     }
 
     // A TrueType contour without on-curve points: one quadratic run, marked as closed.
@@ -295,7 +306,9 @@ void VLPath::drawSimpleInPen(VLPenProtocol& pen)
             return;
         }
         const auto& start = _nodes[static_cast<size_t>(last)];
-        if ((start->type() == VLNode::CURVE || start->type() == VLNode::QCURVE) && pen.respondsToBeginPath()) {
+        uint8_t type = start->type();
+        bool curve = type == VLNode::CURVE || type == VLNode::HOBBY || type == VLNode::QCURVE;
+        if (curve && pen.respondsToBeginPath()) {
             pen.beginPath();
             pen.setLastPoint(start->position());
         } else {
@@ -310,6 +323,7 @@ void VLPath::drawSimpleInPen(VLPenProtocol& pen)
         switch (node->type()) {
         case VLNode::LINE: pen.lineTo(node->position()); break;
         case VLNode::CURVE:
+        case VLNode::HOBBY:
             if (run.size() >= 2) pen.curveTo_off1_off2(node->position(), run[run.size() - 2], run.back());
             run.clear();
             break;

@@ -146,6 +146,61 @@ TEST(PathDrawing, OpenPathsSingleNodesAndOffCurveContours)
     }
 }
 
+TEST(PathDrawing, QuadraticRunsDrawAsCubicsThroughTheirImpliedPoints)
+{
+    PathInFont f(0);
+    f.add({0, 0}, VLNode::LINE);
+    f.add({0, 90}, VLNode::OFFCURVE);
+    f.add({60, 90}, VLNode::OFFCURVE);
+    f.add({90, 0}, VLNode::QCURVE);
+    f.path->setClosed(true);
+    BezierPath out = f.draw();
+    ASSERT_EQ(out.elementCount(), 6) << "move, two cubics, the closing line left to close, trailing move";
+    Point p[3];
+    ASSERT_EQ(out.elementAtIndex_associatedPoints(2, p), BezierPathElement::CurveTo);
+    EXPECT_EQ(p[2], (Point{30, 90})) << "the implied point between the two handles";
+    EXPECT_NEAR(p[0].x, 0, 1e-9);
+    EXPECT_NEAR(p[0].y, 60, 1e-9) << "two thirds of the way to the handle";
+    ASSERT_EQ(out.elementAtIndex_associatedPoints(3, p), BezierPathElement::CurveTo);
+    EXPECT_EQ(p[2], (Point{90, 0}));
+    EXPECT_NEAR(p[1].x, 70, 1e-9);
+    EXPECT_NEAR(p[1].y, 60, 1e-9);
+}
+
+TEST(PathDrawing, HobbyNodesDrawAsTheCurvesTheyStore)
+{
+    // A round contour of off-curve nodes and curve ends, once as CURVE and once as HOBBY.
+    auto contour = [](uint8_t end) {
+        PathInFont f(0);
+        for (Point p : {Point{100, 0}, Point{155, 0}, Point{200, 45}, Point{200, 100}}) f.add(p, VLNode::OFFCURVE);
+        f.path->nodeAtIndex(3)->setTypeFast(end);
+        for (Point p : {Point{200, 155}, Point{155, 200}, Point{100, 200}}) f.add(p, VLNode::OFFCURVE);
+        f.path->nodeAtIndex(6)->setTypeFast(end);
+        for (Point p : {Point{45, 200}, Point{0, 155}, Point{0, 100}, Point{0, 45}, Point{45, 0}, Point{100, 0}})
+            f.add(p, VLNode::OFFCURVE);
+        f.path->nodeAtIndex(9)->setTypeFast(end);
+        f.path->nodeAtIndex(12)->setTypeFast(end);
+        f.path->removeObjectFromNodesAtIndex(0);
+        f.path->setClosed(true);
+        return f;
+    };
+    PathInFont curves = contour(VLNode::CURVE), hobby = contour(VLNode::HOBBY);
+    BezierPath expected = curves.draw();
+    ASSERT_EQ(expected.elementCount(), 7);
+    EXPECT_EQ(pointsOf(hobby.draw()), pointsOf(expected));
+
+    BezierPath simpleCurves, simpleHobby;
+    VLBezierPathPen curvesPen(simpleCurves), hobbyPen(simpleHobby);
+    curves.path->drawSimpleInPen(curvesPen);
+    hobby.path->drawSimpleInPen(hobbyPen);
+    EXPECT_EQ(pointsOf(simpleHobby), pointsOf(simpleCurves));
+
+    auto layerOutline = hobby.layer->bezierPath();
+    ASSERT_NE(layerOutline, nullptr);
+    EXPECT_EQ(pointsOf(*layerOutline), pointsOf(*curves.layer->bezierPath())) << "through the flattened copy too";
+    EXPECT_EQ(hobby.layer->bounds(), curves.layer->bounds());
+}
+
 TEST(LayerOutlines, ClosedAndOpenContoursAreKeptApart)
 {
     PathInFont f(0);

@@ -201,6 +201,73 @@ TEST(GlyphThumbnail, CompatibleMastersAverageElementByElementWithoutCloses)
     EXPECT_EQ(p[0], (Point{100, 100}));
 }
 
+namespace {
+
+// A counter (clockwise) whose closing line runs from (450, 200) to (250, 200). Both neighbours
+// of that line lie nearly on it, so a unit decides on which side: the outside-step test passes
+// in one master and fails in the other, and the crossing of the neighbours is too far for a cut.
+Outline counterWithFlatBottom(double nextY, double handleY, bool curved)
+{
+    auto path = VLPath::init();
+    auto add = [&](Point p, uint8_t type) { path->addNodeFastWithPosition_type_connection(p, type, VLNode::SHARP); };
+    add({250, 200}, VLNode::LINE);
+    add({150, nextY}, VLNode::LINE);
+    add({150, 400}, VLNode::LINE);
+    add({550, 400}, VLNode::LINE);
+    if (curved) {
+        add({550, 300}, VLNode::OFFCURVE);
+        add({500, handleY}, VLNode::OFFCURVE);
+        add({450, 200}, VLNode::CURVE);
+    } else {
+        add({550, handleY}, VLNode::LINE);
+        add({450, 200}, VLNode::LINE);
+    }
+    path->setClosed(true);
+    return path;
+}
+
+uint8_t alphaOfFillAt(const BezierPath& path, int x, int y)
+{
+    GraphicsContext context(700, 600);
+    GraphicsContext::Current current(context);
+    path.fill();
+    return context.pixelAt(x, y)[3];
+}
+
+} // namespace
+
+TEST(GlyphThumbnail, MastersAUnitApartStartTheirContoursAlike)
+{
+    struct Case {
+        const char* name;
+        bool curved;
+        double nextY[2];
+        double handleY[2];
+    };
+    for (Case c : {Case{"lines", false, {199, 201}, {201, 201}}, Case{"curve", true, {201, 201}, {199, 201}}}) {
+        Font f(2);
+        auto glyph = f.add("A", {700, 700});
+        for (int m = 0; m < 2; ++m) {
+            auto& layer = *glyph->layerForId(f.font->fontMasters()[static_cast<size_t>(m)]->id());
+            layer.setShapesFast({box(50, 100, 650, 500), counterWithFlatBottom(c.nextY[m], c.handleY[m], c.curved)});
+            layer.setNeedUpdateShapes();
+        }
+        auto first = glyph->layerForId("m01")->drawBezierPath();
+        auto second = glyph->layerForId("m02")->drawBezierPath();
+        ASSERT_EQ(first->elementCount(), second->elementCount()) << c.name;
+        Point p[3], q[3];
+        first->elementAtIndex_associatedPoints(first->elementCount() - 3, p);
+        second->elementAtIndex_associatedPoints(second->elementCount() - 3, q);
+        EXPECT_EQ(p[0], q[0]) << c.name << ": the counters end on the same node";
+
+        auto mean = glyph->bezierPath();
+        ASSERT_NE(mean, nullptr) << c.name;
+        EXPECT_EQ(alphaOfFillAt(*mean, 350, 300), 0) << c.name << ": inside both counters";
+        EXPECT_EQ(alphaOfFillAt(*mean, 100, 300), 255) << c.name << ": the stem";
+        EXPECT_EQ(alphaOfFillAt(*mean, 350, 150), 255) << c.name << ": below the counter";
+    }
+}
+
 TEST(GlyphThumbnail, ShorterMasterOutlineGivesNoMean)
 {
     Font f(2);
