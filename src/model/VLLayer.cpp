@@ -5,6 +5,7 @@
 #include "model/VLGlyph.h"
 #include "model/VLShape.h"
 #include "model/VLUserData.h"
+#include "outline/VLAnchor.h"
 #include "outline/VLBackgroundImage.h"
 #include "outline/VLHint.h"
 #include "platform/BezierPath.h"
@@ -246,12 +247,18 @@ std::shared_ptr<VLLayer> VLLayer::copyThin(bool thin) const
     auto copy = VLLayer::init();
     copy->ignoreUpdates();
     copy->_name = _name;
+    copy->_attributes = _attributes;
     Shapes shapes;
     for (const auto& shape : _shapes) shapes.push_back(shape->copy());
     copy->addShapes(shapes);
     Hints hints;
     for (const auto& hint : _hints) hints.push_back(hint->copyHint());
     copy->setHintsFast(std::move(hints));
+    for (const auto& anchor : _anchors.allValues()) {
+        auto anchorCopy = std::static_pointer_cast<VLAnchor>(anchor->copy());
+        anchorCopy->setParent(copy);
+        copy->_anchors.setObject_forKey(anchorCopy, anchorCopy->name());
+    }
     copy->_layerId = _layerId;
     copy->_associatedMasterId = _associatedMasterId;
     copy->_width = _width;
@@ -260,6 +267,7 @@ std::shared_ptr<VLLayer> VLLayer::copyThin(bool thin) const
     copy->_RSB = _RSB;
     copy->_LSB = _LSB;
     copy->_isAligning = _isAligning;
+    copy->_partSelection = _partSelection;
     copy->_colorMarker = _colorMarker.copy(!thin);
     return copy;
 }

@@ -3,6 +3,7 @@
 #include "model/VLGlyph.h"
 #include "model/VLLayer.h"
 #include "model/VLUnsetValue.h"
+#include "outline/VLAnchor.h"
 #include "platform/BezierPath.h"
 #include "platform/VLException.h"
 #include "support/TestShapes.h"
@@ -119,18 +120,38 @@ TEST(Layer, UpdateStates)
     layer->ignoreUpdates();
     EXPECT_TRUE(layer->isIgnoringUpdates());
     EXPECT_TRUE(layer->updatesDisabled());
+    layer->setRSB(40);
     layer->startUpdates();
     EXPECT_FALSE(layer->isIgnoringUpdates());
     EXPECT_FALSE(layer->updatesDisabled());
-    EXPECT_EQ(layer->LSB(), VLUnsetValue);
+    EXPECT_EQ(layer->RSB(), VLUnsetValue) << "enabling updates flushes the metrics";
+
+    layer->setRSB(40);
+    layer->startUpdates();
+    EXPECT_EQ(layer->RSB(), 40) << "updates were on: nothing to flush";
+
+    layer->stopUpdates();
+    EXPECT_TRUE(layer->updatesDisabled());
+    EXPECT_FALSE(layer->isIgnoringUpdates());
+    layer->enableFutureUpdates();
+    EXPECT_FALSE(layer->updatesDisabled());
+    EXPECT_EQ(layer->RSB(), 40) << "future updates start without a flush";
 }
 
-TEST(Layer, ThinCopiesLeaveTheFreeColourBehind)
+TEST(Layer, CopiesKeepKindAnchorsAndPartsAndThinOnesLeaveTheFreeColour)
 {
     LayerInFont f;
     f.layer->setColor(Color::colorWithCalibratedWhite_alpha(0.2, 1));
     f.layer->addShapeFast(shape(VLShape::VLShapeTypePath));
     f.layer->setWidth(432);
+    f.layer->setAttribute_forKey(Value(ValueArray{Value(int64_t{400})}), "coordinates");
+    auto top = VLAnchor::init();
+    top->setName("top");
+    top->setPositionFast({250, 700});
+    VLLayer::Anchors anchors;
+    anchors.setObject_forKey(top, "top");
+    f.layer->setAnchorsFast(anchors);
+    f.layer->setPartSelection({{"height", Value(int64_t{2})}});
 
     auto thick = f.layer->copyThin(false);
     EXPECT_TRUE(thick->isIgnoringUpdates());
@@ -140,7 +161,20 @@ TEST(Layer, ThinCopiesLeaveTheFreeColourBehind)
     ASSERT_EQ(thick->countOfShapes(), 1u);
     EXPECT_NE(thick->shapes()[0], f.layer->shapes()[0]) << "shapes are copied, not shared";
     EXPECT_EQ(thick->shapes()[0]->layer(), thick);
-    EXPECT_FALSE(f.layer->copyThin(true)->color());
+    EXPECT_EQ(thick->attributes(), f.layer->attributes()) << "a brace layer stays a brace layer";
+    EXPECT_EQ(thick->partSelection(), f.layer->partSelection());
+    auto anchor = thick->anchors().objectForKey("top");
+    ASSERT_NE(anchor, nullptr);
+    EXPECT_NE(anchor, top) << "anchors are copied, not shared";
+    EXPECT_EQ(anchor->position(), (Point{250, 700}));
+    EXPECT_EQ(anchor->layer(), thick);
+
+    auto thin = f.layer->copyThin(true);
+    EXPECT_FALSE(thin->color());
+    EXPECT_EQ(thin->attributes(), f.layer->attributes());
+
+    auto glyphCopy = f.glyph->copy();
+    EXPECT_EQ(glyphCopy->layerForIdFast("m01")->attributes(), f.layer->attributes()) << "and so in copies of glyphs";
 }
 
 TEST(Shape, CoordinatesBeyondTheGuardBecome21)
