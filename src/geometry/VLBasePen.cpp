@@ -1,6 +1,8 @@
 #include "geometry/VLBasePen.h"
 
 #include "geometry/VLCubic.h"
+#include "model/VLLayer.h"
+#include "outline/VLComponent.h"
 #include "platform/VLException.h"
 
 #include <cmath>
@@ -8,6 +10,24 @@
 bool VLBasePen::hasContent() const
 {
     VLException::raiseNotImplemented(__LINE__, "-[VLBasePen hasContent]");
+}
+
+void VLBasePen::drawComponent(VLPenProtocol& pen, std::optional<AffineTransform>& transform,
+                              const std::shared_ptr<VLShape>& shape, const AffineTransform* transformation)
+{
+    auto component = std::dynamic_pointer_cast<VLComponent>(shape);
+    if (!component) return;
+    auto layer = component->componentLayer();
+    std::optional<AffineTransform> kept = transform;
+    if (transformation) {
+        if (transform)
+            transform->prependTransform(*transformation);
+        else
+            transform = *transformation;
+    }
+    if (layer)
+        for (const auto& child : layer->shapes()) child->drawInPen(pen);
+    transform = std::move(kept);
 }
 
 void VLBasePen::_qCurveTo_off(Point end, Point off)

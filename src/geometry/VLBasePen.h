@@ -25,8 +25,16 @@ public:
     void curveTo_off1_off2(Point end, Point, Point) override { _lastPoint = end; }
     void closePath() override {}
     void endPath() override {}
-    // Components draw themselves through the pen once the model can answer their layers.
-    void addComponent_transformation(const std::shared_ptr<VLShape>&, const AffineTransform*) override {}
+    // Draws the shapes of the component's layer into this pen, with the transformation put in
+    // front of the pen's own for that time. Anything but a component is ignored.
+    void addComponent_transformation(const std::shared_ptr<VLShape>& component,
+                                     const AffineTransform* transformation) override
+    {
+        drawComponent(*this, _transform, component, transformation);
+    }
+    // The same for any pen that keeps its transform in the given slot.
+    static void drawComponent(VLPenProtocol& pen, std::optional<AffineTransform>& transform,
+                              const std::shared_ptr<VLShape>& component, const AffineTransform* transformation);
     Point lastPoint() const override { return _lastPoint; }
     void setLastPoint(Point point) override { _lastPoint = point; }
     // Pens that collect something answer this themselves.

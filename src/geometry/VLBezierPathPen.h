@@ -23,6 +23,8 @@ public:
     // The path keeps its own current point.
     void setLastPoint(Point) override {}
     bool hasContent() const override;
+    // Components reach a fillable path as outlines of their own, never through the pen.
+    void addComponent_transformation(const std::shared_ptr<VLShape>&, const AffineTransform*) override {}
     void clear();
     void append(const BezierPath& other);
     bool closed() const { return closed(_path); }

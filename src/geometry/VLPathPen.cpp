@@ -101,6 +101,12 @@ void VLPathPen::endPath()
     finishPath();
 }
 
+void VLPathPen::addComponent_transformation(const std::shared_ptr<VLShape>& component, const AffineTransform*)
+{
+    if (!component || component->shapeType() != VLShape::VLShapeTypeComponent) return;
+    _layer->addShapeFast(component->copy());
+}
+
 bool VLPathPen::hasContent() const
 {
     return _layer->countOfShapes() > 0;

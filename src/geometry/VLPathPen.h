@@ -32,6 +32,10 @@ public:
     void _qCurveTo(std::span<const Point> points) override;
     void closePath() override;
     void endPath() override;
+    // Adds a copy of the component to the layer as it stands: the pen's transform is not
+    // applied, the component keeps its own.
+    void addComponent_transformation(const std::shared_ptr<VLShape>& component,
+                                     const AffineTransform* transformation) override;
     bool hasContent() const override;
     void setLastPoint(Point point) override;
     void setHints(const std::vector<std::shared_ptr<VLHint>>& hints) override;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "geometry/VLBasePen.h"
 #include "geometry/VLPathSegment.h"
 #include "geometry/VLPenProtocol.h"
 #include "model/VLUnsetValue.h"
@@ -24,8 +25,12 @@ public:
     void qCurveTo(VLBoxedQuadraticPoints& points) override;
     void closePath() override;
     void endPath() override {}
-    // Components draw themselves through the pen once the model can answer their layers.
-    void addComponent_transformation(const std::shared_ptr<VLShape>&, const AffineTransform*) override {}
+    // As a base pen does: the shapes of the component's layer, through the transformation.
+    void addComponent_transformation(const std::shared_ptr<VLShape>& component,
+                                     const AffineTransform* transformation) override
+    {
+        VLBasePen::drawComponent(*this, _transform, component, transformation);
+    }
     Point lastPoint() const override { return _lastPoint; }
     bool hasContent() const override { return !_segments.empty(); }
     void append(const VLSegmentPen& other);

@@ -7,6 +7,8 @@
 #include <optional>
 #include <string>
 
+class VLGlyph;
+class VLLayer;
 struct VLPlistParseInfo;
 
 // Another glyph's layer placed in a layer, by name, with a transform of its own.
@@ -34,6 +36,14 @@ public:
     void setAnchor(const std::string& anchor) { _anchor = anchor; }
     const ValueDictionary& pieceSettings() const { return _pieceSettings; }
     void setPieceSettings(ValueDictionary settings) { _pieceSettings = std::move(settings); }
+
+    // The glyph that componentName names in the component's font.
+    std::shared_ptr<VLGlyph> component() const;
+    // The glyph's layer for componentMasterId, or for the master of the layer the component
+    // stands in.
+    std::shared_ptr<VLLayer> baseComponentLayerForGlyph(const std::shared_ptr<VLGlyph>& glyph) const;
+    // The layer whose shapes the component draws.
+    std::shared_ptr<VLLayer> componentLayer() const { return baseComponentLayerForGlyph(component()); }
 
     // Reads the quoted line form "name m11,m12,m21,m22,tX,tY;options"; the parse info stands
     // behind the opening quote.

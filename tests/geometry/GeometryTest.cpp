@@ -209,7 +209,7 @@ TEST(Geometry, RootsOfCubicWithinTheUnitRange)
     // (t - 0.2)(t - 0.5)(t - 0.9)
     int n = VLRootsOfCubic(1, -1.6, 0.73, -0.09, roots);
     ASSERT_EQ(n, 3);
-    std::sort(roots, roots + n);
+    std::sort(roots, roots + 3);
     EXPECT_NEAR(roots[0], 0.2, 1e-12);
     EXPECT_NEAR(roots[1], 0.5, 1e-12);
     EXPECT_NEAR(roots[2], 0.9, 1e-12);
