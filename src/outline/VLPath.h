@@ -134,6 +134,9 @@ public:
     // The quadratic run around the node of the index, in path order, its end points included.
     std::vector<Point> qcurvePointListAtNodeIndex_qCurveSegment_count(long index) const;
     std::shared_ptr<VLNode> insertNodeWithPathTime(double pathTime);
+    // The point of the outline nearest to the given one, with its path time if pathTime is not
+    // null; the zero point for a path without nodes.
+    Point nearestPointOnPath_pathTime(Point point, double* pathTime);
 
 private:
     VLPath(const VLPath&) = default;
@@ -142,6 +145,7 @@ private:
     void release(const std::shared_ptr<VLNode>& node);
     long wrappedIndex(long index) const;
     bool isOffcurveOnly() const;
+    std::shared_ptr<VLNode> insertNodeInQuadraticRun(long index, double t);
     // The step the tangent and unit vector walk to: the first node at least this far away.
     std::shared_ptr<VLNode> tangentNeighbour(long index, int direction, double minimumSquareDistance) const;
 

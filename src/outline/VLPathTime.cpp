@@ -3,6 +3,7 @@
 #include "geometry/VLGeometry.h"
 #include "model/VLUnsetValue.h"
 #include "outline/VLPath.h"
+#include "outline/VLSegmentCrossing.h"
 
 #include <algorithm>
 #include <cmath>
@@ -116,6 +117,7 @@ std::shared_ptr<VLNode> VLPath::insertNodeWithPathTime(double pathTime)
         insertObject_inNodesAtIndex(inserted, index);
         return inserted;
     }
+    if (type == VLNode::OFFCURVE) return insertNodeInQuadraticRun(index, t);
     if (type != VLNode::CURVE && type != VLNode::HOBBY) return nullptr;
 
     // De Casteljau's split, at the parameter as single precision gives it.
@@ -142,4 +144,131 @@ std::shared_ptr<VLNode> VLPath::insertNodeWithPathTime(double pathTime)
     insertObject_inNodesAtIndex(VLNode::initWithPosition_type_connection(e, VLNode::OFFCURVE, VLNode::SHARP), index);
     insertObject_inNodesAtIndex(inserted, index);
     return inserted;
+}
+
+// The quadratic that the off-curve node controls is split exactly: the node becomes the first
+// half's control, and the new on-curve node and the second half's control follow it. The points
+// that the run implied on both sides of that quadratic become on-curve nodes of their own, so
+// that no other part of the run changes its shape.
+std::shared_ptr<VLNode> VLPath::insertNodeInQuadraticRun(long index, double t)
+{
+    auto isCurve = [&](long at) {
+        auto node = nodeAtIndex(at);
+        return node && node->type() == VLNode::CURVE;
+    };
+    if (isCurve(index + 1) || isCurve(index + 2)) return nullptr;
+    if (index < 0) index += count();
+    std::vector<Point> run = qcurvePointListAtNodeIndex_qCurveSegment_count(index);
+    long end = index;
+    while (end - index < count() && nodeAtIndex(end) && nodeAtIndex(end)->isOffcurve()) ++end;
+    // In a contour of control points alone the run starts at the implied point before node 0.
+    long last = static_cast<long>(run.size()) - 1;
+    long m = isOffcurveOnly() ? index + 1 : last - (end - index);
+    if (m < 1 || m >= last) return nullptr;
+    Point before, onCurve, after;
+    VLQuadraticRunSplit(run.data(), static_cast<int>(run.size()), static_cast<double>(m) + t, before, onCurve, after);
+    if (onCurve.x == VLUnsetValue) return nullptr;
+
+    auto node = [](Point p, uint8_t type) {
+        return VLNode::initWithPosition_type_connection(p, type, type == VLNode::OFFCURVE ? VLNode::SHARP : VLNode::SMOOTH);
+    };
+    size_t at = static_cast<size_t>(m);
+    nodeAtIndex(index)->setPositionFast(before);
+    auto inserted = node(onCurve, VLNode::QCURVE);
+    long next = index + 1;
+    insertObject_inNodesAtIndex(inserted, next++);
+    insertObject_inNodesAtIndex(node(after, VLNode::OFFCURVE), next++);
+    if (m + 1 < last) insertObject_inNodesAtIndex(node(VLLerp(run[at], run[at + 1], 0.5), VLNode::QCURVE), next);
+    if (m > 1) insertObject_inNodesAtIndex(node(VLLerp(run[at - 1], run[at], 0.5), VLNode::QCURVE), index);
+    return inserted;
+}
+
+namespace {
+
+// The nearest point found so far and its path time.
+struct NearestPoint {
+    Point query;
+    Point point{};
+    double distance = VLUnsetValue;
+    double time = 0;
+
+    void consider(Point candidate, double index, double t)
+    {
+        if (t < 0 || candidate.x == VLUnsetValue) return;
+        double d = std::sqrt(VLSquareDistance(candidate, query));
+        if (d >= distance) return;
+        distance = d;
+        point = candidate;
+        time = index + t;
+    }
+    void considerCubic(const VLCubic& cubic, double index)
+    {
+        double t = VLNearestTimeOnCubic(cubic, query);
+        consider(VLCubicPoint(cubic[0], cubic[1], cubic[2], cubic[3], t), index, t);
+    }
+    bool exact() const { return distance < 0.00001; }
+};
+
+} // namespace
+
+Point VLPath::nearestPointOnPath_pathTime(Point point, double* pathTime)
+{
+    auto path = convertSpecialToBezier();
+    if (path->_nodes.empty()) return {};
+    if (path->isOffcurveOnly()) {
+        // A run of control points alone gets an on-curve point where it implies one.
+        auto withStart = std::static_pointer_cast<VLPath>(path->copy());
+        Point start = VLLerp(path->_nodes.back()->position(), path->_nodes.front()->position(), 0.5);
+        withStart->insertObject_inNodesAtIndex(VLNode::initWithPosition_type_connection(start, VLNode::QCURVE, VLNode::SHARP), 0);
+        return withStart->nearestPointOnPath_pathTime(point, pathTime);
+    }
+    NearestPoint nearest{point};
+    for (long i = 0; i < path->count() && !nearest.exact(); ++i) {
+        const VLNode& node = *path->_nodes[static_cast<size_t>(i)];
+        double index = static_cast<double>(i);
+        bool atNode = VLSquareDistance(node.position(), point) < 0.001 * 0.001;
+        switch (node.type()) {
+        case VLNode::QCURVE: {
+            std::vector<Point> run = path->qcurvePointListAtNodeIndex_qCurveSegment_count(i);
+            // The run's k control points stand at the indexes before the node.
+            long offcurves = static_cast<long>(run.size()) - 2;
+            if (offcurves < 1) {
+                if (run.size() == 2) nearest.considerCubic(lineAsCubic(run[0], run[1]), index);
+                break;
+            }
+            for (long m = 1; m <= offcurves; ++m) {
+                size_t at = static_cast<size_t>(m);
+                Point start = m == 1 ? run[0] : VLLerp(run[at - 1], run[at], 0.5);
+                Point end = m == offcurves ? run.back() : VLLerp(run[at], run[at + 1], 0.5);
+                nearest.considerCubic(VLCubicFromQuadratic(start, run[at], end), index - static_cast<double>(offcurves + 1 - m));
+            }
+            break;
+        }
+        case VLNode::CURVE:
+        case VLNode::HOBBY:
+            if (atNode) {
+                nearest.consider(point, index, 0);
+            } else if (path->nodeAtIndex(i - 3)) {
+                VLCubic cubic{path->positionAtIndex(i - 3), path->positionAtIndex(i - 2), path->positionAtIndex(i - 1), node.position()};
+                double t = VLNearestTimeOnCubic(cubic, point);
+                // The end of a curve that has no start before it is no answer.
+                if (t > 0.999999 && i <= 2) break;
+                nearest.consider(VLCubicPoint(cubic[0], cubic[1], cubic[2], cubic[3], t), index, t);
+            }
+            break;
+        case VLNode::LINE:
+            if (atNode) {
+                nearest.consider(point, index, 0);
+            } else if (i == 0 && !path->_closed) {
+                nearest.consider(node.position(), 0, 0);
+            } else if (auto previous = path->nodeAtIndex(i - 1)) {
+                double t = 0;
+                Point foot = VLNearestPoint(point, previous->position(), node.position(), &t);
+                nearest.consider(foot, index, t);
+            }
+            break;
+        }
+    }
+    if (pathTime && nearest.distance < VLUnsetValue) *pathTime = nearest.time;
+    return nearest.point;
 }

@@ -212,6 +212,63 @@ TEST(Path, QuadraticRunIsCollectedInPathOrder)
     EXPECT_EQ(offcurves->qcurvePointListAtNodeIndex_qCurveSegment_count(0), around);
 }
 
+TEST(Path, NodesInsertedIntoAQuadraticRunKeepItsShape)
+{
+    auto path = makePath({{0, 0, L}, {0, 90, O}, {60, 120, O}, {150, 120, O}, {180, 0, Q}, {90, -40, L}}, true);
+    auto outline = [](VLPath& p) {
+        std::vector<Point> samples;
+        for (long i = 0; i < p.count(); ++i)
+            for (double t : {0.25, 0.5, 0.75}) samples.push_back(p.pointAtPathTime(static_cast<double>(i) + t));
+        return samples;
+    };
+    std::vector<Point> before = outline(*path);
+    Point expected = path->pointAtPathTime(2.3);
+    auto inserted = path->insertNodeWithPathTime(2.3);
+    ASSERT_NE(inserted, nullptr);
+    EXPECT_EQ(types(*path), "loqoqoqoql_") << "the implied points on both sides are on-curve nodes now";
+    EXPECT_EQ(inserted->type(), VLNode::QCURVE);
+    EXPECT_EQ(inserted->connection(), VLNode::SMOOTH);
+    EXPECT_NEAR(inserted->position().x, expected.x, 1e-9);
+    EXPECT_NEAR(inserted->position().y, expected.y, 1e-9);
+    for (Point p : before) {
+        Point near = path->nearestPointOnPath_pathTime(p, nullptr);
+        EXPECT_NEAR(near.x, p.x, 1e-3);
+        EXPECT_NEAR(near.y, p.y, 1e-3);
+    }
+    EXPECT_EQ(path->nodeAtIndex(4), inserted);
+
+    auto curveFollows = makePath({{0, 0, L}, {0, 50, O}, {50, 100, O}, {100, 100, C}}, false);
+    EXPECT_EQ(curveFollows->insertNodeWithPathTime(1.5), nullptr) << "a cubic's handle is no quadratic run";
+    EXPECT_EQ(curveFollows->count(), 4);
+}
+
+TEST(Path, NearestPointsFindThePathTimeOfEverySegmentKind)
+{
+    auto path = makePath({{0, 0, L}, {0, 100, O}, {100, 100, O}, {100, 0, C}, {140, -30, O}, {200, 0, Q}, {300, 0, L}},
+                         false);
+    for (double time : {0.0, 3.3, 3.8, 4.5, 6.25, 6.9}) {
+        Point on = path->pointAtPathTime(time);
+        double found = -1;
+        Point nearest = path->nearestPointOnPath_pathTime(on, &found);
+        EXPECT_NEAR(nearest.x, on.x, 1e-3) << time;
+        EXPECT_NEAR(nearest.y, on.y, 1e-3) << time;
+        Point again = path->pointAtPathTime(found);
+        EXPECT_NEAR(again.x, on.x, 1e-3) << time << " gave " << found;
+        EXPECT_NEAR(again.y, on.y, 1e-3) << time << " gave " << found;
+    }
+    double atNode = -1;
+    EXPECT_EQ(path->nearestPointOnPath_pathTime({100, 0}, &atNode), (Point{100, 0}));
+    EXPECT_EQ(atNode, 3) << "a query on a node answers the node's index";
+    EXPECT_EQ(path->nearestPointOnPath_pathTime({250, 40}, nullptr), (Point{250, 0}));
+
+    auto ring = makePath({{0, 0, O}, {100, 0, O}, {100, 100, O}, {0, 100, O}}, true);
+    Point onRing = ring->nearestPointOnPath_pathTime({50, -20}, nullptr);
+    EXPECT_NEAR(onRing.x, 50, 1e-3) << "a contour of control points alone";
+    EXPECT_NEAR(onRing.y, 0, 1e-3) << "the implied point between two corners";
+    EXPECT_EQ(ring->count(), 4) << "searched on a copy";
+    EXPECT_EQ(VLPath::init()->nearestPointOnPath_pathTime({1, 1}, nullptr), (Point{0, 0}));
+}
+
 TEST(Path, TransformStartsFromThePrecisePosition)
 {
     auto path = makePath({{3, 0, L}}, false);
