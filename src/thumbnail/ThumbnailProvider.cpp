@@ -23,34 +23,45 @@ double scaleToFit(Size canvas, Size maximumSize)
 
 } // namespace
 
+// The answer is made inside the guard and handed over after it, so that an exception raised
+// by the handler itself, the drawing of a command for one, never calls it a second time.
 void ThumbnailProvider::provideThumbnailForFileRequest_completionHandler(const ThumbnailRequest& request,
                                                                         const ThumbnailCompletionHandler& handler) const
 {
+    std::shared_ptr<ThumbnailReply> reply;
+    std::optional<VLError> error;
     try {
-        auto loader = std::make_shared<VLFontLoader>();
-        if (!loader->importFontFromURL(request.fileURL()) || loader->font()->countOfGlyphs() == 0) {
-            handler(nullptr, replyError(errorCodeUnreadable));
-            return;
-        }
-        Size canvas = loader->layoutThumbnail();
-        if (canvas.width <= VLFontLoader::narrowestAcceptedCanvas) {
-            handler(nullptr, replyError(errorCodeNothingToShow));
-            return;
-        }
-        // The block keeps the loader, and with it the mapped document, until it has run.
-        Size maximumSize = request.maximumSize();
-        auto block = [loader, maximumSize, canvas] {
-            AffineTransform transform = AffineTransform::transform();
-            transform.scaleBy(scaleToFit(canvas, maximumSize));
-            transform.concat();
-            return loader->drawThumbnail();
-        };
-        auto reply = ThumbnailReply::replyWithContextSize_currentContextDrawingBlock(maximumSize, block);
-        double scale = scaleToFit(canvas, maximumSize);
-        reply->setCoveredSize({scale * canvas.width, scale * canvas.height});
-        handler(reply, std::nullopt);
+        reply = replyForRequest(request, error);
     } catch (const VLException& exception) {
         VLLog("__exception " + exception.description());
-        handler(nullptr, replyError(errorCodeUnreadable, {{VLError::localizedDescriptionKey, exception.reason()}}));
+        error = replyError(errorCodeUnreadable, {{VLError::localizedDescriptionKey, exception.reason()}});
     }
+    handler(std::move(reply), std::move(error));
+}
+
+std::shared_ptr<ThumbnailReply> ThumbnailProvider::replyForRequest(const ThumbnailRequest& request,
+                                                                   std::optional<VLError>& error) const
+{
+    auto loader = std::make_shared<VLFontLoader>();
+    if (!loader->importFontFromURL(request.fileURL()) || loader->font()->countOfGlyphs() == 0) {
+        error = replyError(errorCodeUnreadable);
+        return nullptr;
+    }
+    Size canvas = loader->layoutThumbnail();
+    if (canvas.width <= VLFontLoader::narrowestAcceptedCanvas) {
+        error = replyError(errorCodeNothingToShow);
+        return nullptr;
+    }
+    // The block keeps the loader, and with it the mapped document, until it has run.
+    Size maximumSize = request.maximumSize();
+    auto block = [loader, maximumSize, canvas] {
+        AffineTransform transform = AffineTransform::transform();
+        transform.scaleBy(scaleToFit(canvas, maximumSize));
+        transform.concat();
+        return loader->drawThumbnail();
+    };
+    auto reply = ThumbnailReply::replyWithContextSize_currentContextDrawingBlock(maximumSize, block);
+    double scale = scaleToFit(canvas, maximumSize);
+    reply->setCoveredSize({scale * canvas.width, scale * canvas.height});
+    return reply;
 }

@@ -14,4 +14,8 @@ public:
 
     void provideThumbnailForFileRequest_completionHandler(const ThumbnailRequest& request,
                                                          const ThumbnailCompletionHandler& handler) const;
+
+private:
+    // The reply, or null with the error set.
+    std::shared_ptr<ThumbnailReply> replyForRequest(const ThumbnailRequest& request, std::optional<VLError>& error) const;
 };

@@ -1,6 +1,7 @@
 #include "model/VLFont.h"
 #include "model/VLGlyph.h"
 #include "platform/GraphicsContext.h"
+#include "platform/VLException.h"
 #include "support/PlistTestSupport.h"
 #include "thumbnail/ThumbnailProvider.h"
 
@@ -235,6 +236,25 @@ TEST(ThumbnailService, ErrorCodes)
     Answer unreadableLayers = request(broken.path);
     ASSERT_TRUE(unreadableLayers.error);
     EXPECT_EQ(unreadableLayers.error->code, 2) << "a sample whose layers can't be read is too wide to show";
+}
+
+TEST(ThumbnailService, TheHandlerRunsOnceAlsoWhenItsDrawingRaises)
+{
+    for (const std::string& document : {example, std::string("/no/such/document.velmor")}) {
+        int calls = 0;
+        auto drawAndRaise = [&](std::shared_ptr<ThumbnailReply> reply, std::optional<VLError>) {
+            ++calls;
+            if (reply) throw VLException("VLDrawingFailed", "raised while drawing");
+        };
+        ThumbnailProvider provider;
+        ThumbnailRequest request(document, {64, 64});
+        if (document == example)
+            EXPECT_THROW(provider.provideThumbnailForFileRequest_completionHandler(request, drawAndRaise), VLException)
+                << "the handler's own exception is not the request's";
+        else
+            provider.provideThumbnailForFileRequest_completionHandler(request, drawAndRaise);
+        EXPECT_EQ(calls, 1) << document;
+    }
 }
 
 TEST(ThumbnailCommand, ExitStatusesAndOutput)
