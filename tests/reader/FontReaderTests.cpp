@@ -1,4 +1,5 @@
 #include "model/VLFont.h"
+#include "model/VLGlyph.h"
 #include "support/PlistTestSupport.h"
 
 #include <gtest/gtest.h>
@@ -127,12 +128,23 @@ TEST(FontReader, EveryPrefixOfADocumentEndsCleanly)
     const std::string document = "{\n.appVersion = \"3151\";\n.formatVersion = 3;\nfamilyName = \"Velmor \\\"Sans\\\"\";\n"
                                  "settings = {\ngridLength = 2;\n};\nglyphs = (\n{\nglyphname = A;\nlayers = (\n{\n"
                                  "layerId = m01;\nwidth = 600;\n}\n);\nunicode = 65;\n}\n);\nunitsPerEm = 1000;\n}\n";
+    const size_t glyphsOpen = document.find("glyphs = (") + std::string("glyphs = (").size();
+    const size_t glyphsClosed = document.find(");\nunitsPerEm") + 1;
     for (size_t length = 0; length <= document.size(); ++length) {
         VLError error;
         TemporaryFile file(std::string_view(document).substr(0, length));
         auto font = VLFont::initWithURL_error(file.path, &error);
-        if (length == document.size()) {
-            EXPECT_NE(font, nullptr);
+        if (!font && !error.domain.empty()) {
+            EXPECT_EQ(error.domain, "CFErrorDomain") << length;
+            EXPECT_EQ(error.code, 3840) << length;
         }
+        if (length > glyphsOpen && length < glyphsClosed) EXPECT_EQ(font, nullptr) << "a glyph list cut at " << length;
+        if (length < glyphsClosed || !font) continue;
+        // Once the glyph list is whole, what stands before it was read, and the layers too.
+        EXPECT_EQ(font->gridMain(), 2u) << length;
+        auto glyph = font->glyphForName("A");
+        ASSERT_NE(glyph, nullptr) << length;
+        EXPECT_EQ(glyph->maxWidth(), 600) << length;
     }
+    EXPECT_NE(readFont(document), nullptr);
 }

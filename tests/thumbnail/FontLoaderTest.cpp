@@ -1,3 +1,4 @@
+#include "model/VLAxis.h"
 #include "model/VLFont.h"
 #include "model/VLFontMaster.h"
 #include "model/VLGlyph.h"
@@ -183,7 +184,7 @@ TEST(GlyphThumbnail, CompatibleMastersAverageElementByElementWithoutCloses)
     Font f(2);
     auto glyph = f.add("A", {600, 600});
     setOutline(*glyph->layerForId("m01"), box(0, 0, 100, 100));
-    setOutline(*glyph->layerForId("m02"), box(0, 0, 300, 500));
+    setOutline(*glyph->layerForId("m02"), box(100, 0, 300, 500));
 
     auto mean = glyph->bezierPath();
     ASSERT_NE(mean, nullptr);
@@ -191,6 +192,8 @@ TEST(GlyphThumbnail, CompatibleMastersAverageElementByElementWithoutCloses)
     for (long e = 0; e < mean->elementCount(); ++e)
         EXPECT_NE(mean->elementAtIndex(e), BezierPathElement::ClosePath);
     Point p[3];
+    mean->elementAtIndex_associatedPoints(0, p);
+    EXPECT_EQ(p[0], (Point{50, 0})) << "the mean starts at the mean of the starts";
     mean->elementAtIndex_associatedPoints(2, p);
     EXPECT_EQ(p[0], (Point{200, 300}));
 
@@ -268,6 +271,68 @@ TEST(GlyphThumbnail, MastersAUnitApartStartTheirContoursAlike)
     }
 }
 
+namespace {
+
+// A closed contour of one line and one cubic, scaled.
+Outline dome(double scale)
+{
+    auto path = VLPath::init();
+    auto add = [&](Point p, uint8_t type) {
+        path->addNodeFastWithPosition_type_connection({p.x * scale, p.y * scale}, type, VLNode::SHARP);
+    };
+    add({100, 0}, VLNode::LINE);
+    add({100, 60}, VLNode::OFFCURVE);
+    add({0, 90}, VLNode::OFFCURVE);
+    add({0, 0}, VLNode::CURVE);
+    path->setClosed(true);
+    return path;
+}
+
+} // namespace
+
+TEST(GlyphThumbnail, CurvesAreAveragedInAllThreePoints)
+{
+    Font f(2);
+    auto glyph = f.add("A", {600, 600});
+    setOutline(*glyph->layerForId("m01"), dome(1));
+    setOutline(*glyph->layerForId("m02"), dome(3));
+    auto first = glyph->layerForId("m01")->drawBezierPath();
+    auto second = glyph->layerForId("m02")->drawBezierPath();
+    auto mean = glyph->bezierPath();
+    ASSERT_NE(mean, nullptr);
+    ASSERT_EQ(mean->elementCount(), first->elementCount() - 1) << "without the close";
+    bool sawCurve = false;
+    for (long e = 0; e < mean->elementCount(); ++e) {
+        Point m[3], a[3], b[3];
+        BezierPathElement kind = mean->elementAtIndex_associatedPoints(e, m);
+        first->elementAtIndex_associatedPoints(e, a);
+        second->elementAtIndex_associatedPoints(e, b);
+        int points = kind == BezierPathElement::CurveTo ? 3 : 1;
+        sawCurve = sawCurve || points == 3;
+        for (int k = 0; k < points; ++k) EXPECT_EQ(m[k], (Point{(a[k].x + b[k].x) / 2, (a[k].y + b[k].y) / 2})) << e;
+    }
+    EXPECT_TRUE(sawCurve);
+}
+
+TEST(GlyphThumbnail, IncompatibleMastersShowTheFirstMasterAlone)
+{
+    Font f(2);
+    f.font->addAxis(VLAxis::initWithName_tag("Weight", "wght"));
+    auto glyph = f.add("A", {600, 600});
+    setOutline(*glyph->layerForId("m01"), box(0, 0, 100, 100));
+    setOutline(*glyph->layerForId("m02"), dome(1));
+    ASSERT_FALSE(glyph->mastersCompatible());
+    auto shown = glyph->bezierPath();
+    auto first = glyph->layerForId("m01")->drawBezierPath();
+    ASSERT_NE(shown, nullptr);
+    ASSERT_EQ(shown->elementCount(), first->elementCount());
+    for (long e = 0; e < shown->elementCount(); ++e) {
+        Point a[3], b[3];
+        EXPECT_EQ(shown->elementAtIndex_associatedPoints(e, a), first->elementAtIndex_associatedPoints(e, b));
+        EXPECT_EQ(a[0], b[0]) << e;
+    }
+}
+
 TEST(GlyphThumbnail, ShorterMasterOutlineGivesNoMean)
 {
     Font f(2);
@@ -298,10 +363,10 @@ TEST(Drawing, SamplesStandOnTheBaselineFirstFlushRight)
     EXPECT_EQ(picture.alphaAt(5, 50), 0) << "left margin";
 }
 
-TEST(Drawing, MastersAreOverlaidInATint)
+TEST(Drawing, MastersAreOverlaidInATintEachFlushRightOnItsOwnWidth)
 {
     Font f(2);
-    auto a = f.add("A", {600, 600});
+    auto a = f.add("A", {500, 600});
     setOutline(*a->layerForId("m01"), box(0, 0, 300, 700));
     setOutline(*a->layerForId("m02"), box(0, 0, 500, 700));
     f.add("g", {400, 400}, box(0, 0, 400, 500));
@@ -311,10 +376,17 @@ TEST(Drawing, MastersAreOverlaidInATint)
     GraphicsContext context(1200, 1200);
     GraphicsContext::Current current(context);
     EXPECT_TRUE(loader.drawThumbnail());
-    auto onlyWideMaster = context.pixelAt(100 + 450, 600);
-    EXPECT_GT(onlyWideMaster[3], 0);
-    EXPECT_LT(onlyWideMaster[3], 128) << "covered by one tinted overlay only";
-    EXPECT_EQ(context.pixelAt(100 + 100, 600)[3], 255) << "inside the black mean";
+    // The widest "A" is 600: the mean (width 550) stands at 150 and covers 150..550, the first
+    // master's overlay at 200 (200..500), the second's at 100 (100..600).
+    auto onlySecondMaster = context.pixelAt(125, 600);
+    EXPECT_GT(onlySecondMaster[3], 55) << "one tint of alpha 0.25";
+    EXPECT_LT(onlySecondMaster[3], 75);
+    EXPECT_LT(onlySecondMaster[0], 12) << "a dark tint: white 0.1";
+    EXPECT_EQ(onlySecondMaster[0], onlySecondMaster[2]) << "grey";
+    EXPECT_EQ(context.pixelAt(575, 600)[3], onlySecondMaster[3]) << "the right edge of the second master";
+    EXPECT_EQ(context.pixelAt(175, 600)[3], 255) << "inside the black mean";
+    EXPECT_EQ(context.pixelAt(530, 600)[3], 255);
+    EXPECT_EQ(context.pixelAt(650, 600)[3], 0) << "between the samples";
 }
 
 TEST(Drawing, NothingDrawnWhenNoOutlineHasThreeElements)

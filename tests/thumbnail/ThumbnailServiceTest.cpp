@@ -142,20 +142,31 @@ TEST(ThumbnailService, OneMasterDocumentDrawsSolidShapesWithTheirCounters)
 
 TEST(ThumbnailService, MastersAreAveragedUnderTheirTintedOutlines)
 {
-    for (const std::string& document : {mastersExample, std::string()}) {
-        TemporaryFile legacy(legacyTwoMasters);
-        Answer answer = request(document.empty() ? legacy.path : document, 1200);
+    {
+        // Canvas 100 + 700 + 640 + 100 = 1540 wide by 1200: one unit a pixel, baseline at 300.
+        Answer answer = request(mastersExample, 1540);
         ASSERT_TRUE(answer.reply) << answer.error->description();
         Picture picture(*answer.reply);
         EXPECT_TRUE(picture.drawn);
-        if (!document.empty()) continue;
-        // Canvas 100 + 600 + 400 + 100 = 1200 wide: one unit a pixel, baseline at 300.
-        EXPECT_EQ(picture.alphaAt(100 + 350, 300 + 350), 255) << "inside the mean square of 400";
-        uint8_t tint = picture.alphaAt(100 + 450, 300 + 450);
-        EXPECT_GT(tint, 40) << "only the bold master covers this";
-        EXPECT_LT(tint, 90);
-        EXPECT_EQ(picture.alphaAt(100 + 550, 300 + 550), 0);
+        // "A" is 600 wide in the light master and 700 in the bold one: the mean stands at 150,
+        // the light overlay at 200 and the bold one at 100.
+        EXPECT_EQ(picture.alphaAt(200, 310), 255) << "the mean's left leg";
+        uint8_t tint = picture.alphaAt(140, 310);
+        EXPECT_GT(tint, 55) << "only the bold master's leg";
+        EXPECT_LT(tint, 75);
+        EXPECT_EQ(picture.alphaAt(475, 650), 0) << "the counter of the mean and of both masters";
     }
+    TemporaryFile legacy(legacyTwoMasters);
+    Answer answer = request(legacy.path, 1200);
+    ASSERT_TRUE(answer.reply) << answer.error->description();
+    Picture picture(*answer.reply);
+    EXPECT_TRUE(picture.drawn);
+    // Canvas 100 + 600 + 400 + 100 = 1200 wide: one unit a pixel, baseline at 300.
+    EXPECT_EQ(picture.alphaAt(100 + 350, 300 + 350), 255) << "inside the mean square of 400";
+    uint8_t tint = picture.alphaAt(100 + 450, 300 + 450);
+    EXPECT_GT(tint, 40) << "only the bold master covers this";
+    EXPECT_LT(tint, 90);
+    EXPECT_EQ(picture.alphaAt(100 + 550, 300 + 550), 0);
 }
 
 TEST(ThumbnailService, OnlyTheSamplesLayersAreRead)
