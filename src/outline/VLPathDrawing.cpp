@@ -126,22 +126,19 @@ private:
     {
         skipped = 0;
         uint8_t type = typeAt(i);
-        if (type == VLNode::OFFCURVE || type == 0) {
-            _in.count = 0;
-            return false;
-        }
+        if (type == VLNode::OFFCURVE || type == 0) return false;
         if (_out.count >= 1) {
             _in.count = _out.count;
             std::reverse_copy(_out.points.begin(), _out.points.begin() + _out.count, _in.points.begin());
         } else if (type == VLNode::QCURVE) {
             _in = {{_path.positionAtIndex(i)}, 1};
         } else if (type == VLNode::CURVE) {
-            if (!exists(i - 3)) return _in.count = 0, false;
+            if (!exists(i - 3)) return false;
             _in = {{_path.positionAtIndex(i), _path.positionAtIndex(i - 1), _path.positionAtIndex(i - 2),
                     _path.positionAtIndex(i - 3)},
                    4};
         } else {
-            if (!exists(i - 1)) return _in.count = 0, false;
+            if (!exists(i - 1)) return false;
             _in = {{_path.positionAtIndex(i), _path.positionAtIndex(i - 1)}, 2};
         }
         if (mayCut && (_in.count == 2 || _in.count == 4) && isOutsideStep(i) && cutOutsideOverlap(i)) {

@@ -164,7 +164,6 @@ std::shared_ptr<VLNode> VLPath::insertNodeInQuadraticRun(long index, double t)
     // In a contour of control points alone the run starts at the implied point before node 0.
     long last = static_cast<long>(run.size()) - 1;
     long m = isOffcurveOnly() ? index + 1 : last - (end - index);
-    if (m < 1 || m >= last) return nullptr;
     Point before, onCurve, after;
     VLQuadraticRunSplit(run.data(), static_cast<int>(run.size()), static_cast<double>(m) + t, before, onCurve, after);
     if (onCurve.x == VLUnsetValue) return nullptr;

@@ -358,6 +358,36 @@ TEST(PathDrawing, OverlapsAreCutWhereACurveCrossesTheLineBack)
     EXPECT_LT(p[2].x, 100) << "before the corner";
 }
 
+TEST(PathDrawing, OverlapsAreCutWhereTheLineIntoTheStepCrossesTheCurveOutOfIt)
+{
+    // The mirror of the case above: a line runs into the corner at (100, 0), the step goes to
+    // (103, -10), and a curve leaves it back across the line.
+    PathInFont f(0);
+    f.add({0, 0}, VLNode::LINE);
+    f.add({100, 0}, VLNode::LINE);
+    f.add({103, -10}, VLNode::LINE);
+    f.add({40, 20}, VLNode::OFFCURVE);
+    f.add({20, 60}, VLNode::OFFCURVE);
+    f.add({0, 80}, VLNode::CURVE);
+    f.path->setClosed(true);
+    BezierPath out = f.draw();
+    std::vector<Point> points = pointsOf(out);
+    EXPECT_EQ(std::find(points.begin(), points.end(), Point{103, -10}), points.end()) << "the step is gone";
+    ASSERT_EQ(out.elementCount(), 6) << "from the curve's end: the line home, the shortened line, the curve, close";
+    Point line[3], curve[3];
+    ASSERT_EQ(out.elementAtIndex_associatedPoints(2, line), BezierPathElement::LineTo);
+    // The curve crosses y = 0 at x = 84.0948 (by bisection of its y); its chord would at 91.6.
+    EXPECT_NEAR(line[0].y, 0, 1e-6) << "the line ends where the curve crosses it";
+    EXPECT_NEAR(line[0].x, 84.0948, 0.01);
+    ASSERT_EQ(out.elementAtIndex_associatedPoints(3, curve), BezierPathElement::CurveTo);
+    EXPECT_EQ(curve[2], (Point{0, 80}));
+    // The rest of the curve after the crossing: its handles are those of the split curve, on
+    // the way from the old ones towards the end, not the old ones.
+    EXPECT_NE(curve[0], (Point{40, 20}));
+    EXPECT_NEAR(curve[1].x, 20, 10);
+    EXPECT_GT(curve[1].y, 60);
+}
+
 TEST(PathDrawing, AStepAtTheStartOfAClosedPathIsCutToo)
 {
     PathInFont f(0);

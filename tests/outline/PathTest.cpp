@@ -260,6 +260,12 @@ TEST(Path, NearestPointsFindThePathTimeOfEverySegmentKind)
     EXPECT_EQ(path->nearestPointOnPath_pathTime({100, 0}, &atNode), (Point{100, 0}));
     EXPECT_EQ(atNode, 3) << "a query on a node answers the node's index";
     EXPECT_EQ(path->nearestPointOnPath_pathTime({250, 40}, nullptr), (Point{250, 0}));
+    double nearNode = -1;
+    Point justOff = path->nearestPointOnPath_pathTime({100.4, -0.3}, &nearNode);
+    EXPECT_NE(justOff, (Point{100.4, -0.3})) << "half a unit from a node is not on it";
+    Point onPath = path->pointAtPathTime(nearNode);
+    EXPECT_NEAR(onPath.x, justOff.x, 1e-6);
+    EXPECT_NEAR(onPath.y, justOff.y, 1e-6);
 
     auto ring = makePath({{0, 0, O}, {100, 0, O}, {100, 100, O}, {0, 100, O}}, true);
     Point onRing = ring->nearestPointOnPath_pathTime({50, -20}, nullptr);
