@@ -177,6 +177,7 @@ TEST(GlyphThumbnail, WidthsOfMasters)
     f.font->addGlyphFast(empty);
     EXPECT_EQ(empty->maxWidth(), 0.0);
     EXPECT_EQ(empty->bezierPath(), nullptr);
+    EXPECT_EQ(VLGlyph::initFast()->width(), 0) << "a glyph outside a font has no masters to average";
 }
 
 TEST(GlyphThumbnail, CompatibleMastersAverageElementByElementWithoutCloses)
