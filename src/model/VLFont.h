@@ -146,7 +146,8 @@ public:
     void removeObjectFromMetricsAtIndex(size_t index);
     // The first of that name without a filter, else the first of that name.
     std::shared_ptr<VLMetric> objectInMetricsWithName(const std::string& name) const;
-    std::shared_ptr<VLMetric> objectInMetricsWithType_withName(uint8_t type, const std::optional<std::string>& name) const;
+    std::shared_ptr<VLMetric> objectInMetricsWithType_withName(uint8_t type,
+                                                               const std::optional<std::string>& name) const;
     // Type, name and filter text equal first; when no filter is asked for, then any of that type
     // and name.
     std::shared_ptr<VLMetric> objectInMetricsWithType_withName_filter(uint8_t type, const std::optional<std::string>& name,

@@ -152,7 +152,8 @@ std::shared_ptr<VLMetric> VLFont::objectInMetricsWithName(const std::string& nam
     return firstWhere(_metrics, [&](const VLMetric& m) { return m.name() == name; });
 }
 
-std::shared_ptr<VLMetric> VLFont::objectInMetricsWithType_withName(uint8_t type, const std::optional<std::string>& name) const
+std::shared_ptr<VLMetric> VLFont::objectInMetricsWithType_withName(uint8_t type,
+                                                                   const std::optional<std::string>& name) const
 {
     return objectInMetricsWithType_withName_filter(type, name, std::nullopt);
 }

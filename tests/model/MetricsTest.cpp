@@ -177,6 +177,9 @@ TEST(Metrics, LayerAccessorsAskTheAssociatedMaster)
     MetricFont bare;
     EXPECT_EQ(bare.layer("A", 1)->topHeight(), VLUnsetValue) << "no cap height and no ascender to reach";
     EXPECT_EQ(bare.layer("A", 1)->slantHeight(), 0) << "no x-height either";
+    EXPECT_EQ(bare.layer("A", 1)->ascender(), 800) << "the cached fall-backs";
+    EXPECT_EQ(bare.layer("A", 1)->descender(), 0);
+    EXPECT_EQ(bare.layer("A", 1)->italicAngle(), 0);
 
     auto loose = VLLayer::init();
     EXPECT_EQ(loose->ascender(), 0) << "a layer without a master has no metrics";
@@ -208,7 +211,8 @@ TEST(Metrics, ValuesIgnoreTinyChangesAndBrokenMagnitudes)
 
     EXPECT_EQ(VLMetricValue::initWithPosition(1e9)->position(), 0);
     EXPECT_EQ(VLMetricValue::initWithPosition_overshoot(5, -1e9)->overshoot(), 0);
-    auto read = VLMetricValue::initWithDict_format(Value(ValueDictionary{{"pos", Value(0.1)}, {"over", Value(3e8)}}), 3);
+    Value dict(ValueDictionary{{"pos", Value(0.1)}, {"over", Value(3e8)}});
+    auto read = VLMetricValue::initWithDict_format(dict, 3);
     EXPECT_EQ(read->position(), static_cast<double>(0.1f)) << "read in single precision";
     EXPECT_EQ(read->overshoot(), 0);
 }
@@ -276,9 +280,11 @@ TEST(Metrics, FontListsAdoptTheirMetrics)
     EXPECT_EQ(f.font->objectInMetricsWithName("Hip"), nullptr);
 
     auto filtered = f.add(VLMetric::TypeAscender, 720, std::nullopt, smallCaps);
-    EXPECT_EQ(f.font->objectInMetricsWithType_withName_filter(VLMetric::TypeAscender, std::nullopt, smallCaps), filtered);
-    EXPECT_EQ(f.font->objectInMetricsWithType_withName_filter(VLMetric::TypeAscender, std::nullopt, "case == 1"), nullptr)
-        << "an asked-for filter must match";
+    auto withFilter = [&](const char* filter) {
+        return f.font->objectInMetricsWithType_withName_filter(VLMetric::TypeAscender, std::nullopt, filter);
+    };
+    EXPECT_EQ(withFilter(smallCaps), filtered);
+    EXPECT_EQ(withFilter("case == 1"), nullptr) << "an asked-for filter must match";
     f.font->removeObjectFromMetricsAtIndex(0);
     EXPECT_EQ(f.font->objectInMetricsWithType_withName(VLMetric::TypeAscender, std::nullopt), filtered)
         << "without a filter, any of the type and name";
@@ -365,10 +371,22 @@ TEST(Metrics, MastersStoreValuesAndDefaults)
     auto value = f.master->metricValueForId(ascender->id());
     EXPECT_EQ(value->position(), 720);
     EXPECT_EQ(value->overshoot(), 14) << "an unset overshoot leaves the stored one";
-    f.master->setDefaultDescender(-240);
-    EXPECT_EQ(f.master->defaultDescender(), -240) << "the cache is written through";
-    EXPECT_EQ(f.master->defaultMetricForType(VLMetric::TypeDescender), -240);
-    EXPECT_EQ(f.font->countOfMetrics(), 4u);
+    using Setter = void (VLFontMaster::*)(double);
+    using Getter = double (VLFontMaster::*)();
+    const std::vector<std::tuple<uint8_t, Setter, Getter>> cached = {
+        {VLMetric::TypeAscender, &VLFontMaster::setDefaultAscender, &VLFontMaster::defaultAscender},
+        {VLMetric::TypeDescender, &VLFontMaster::setDefaultDescender, &VLFontMaster::defaultDescender},
+        {VLMetric::TypeCapHeight, &VLFontMaster::setDefaultCapHeight, &VLFontMaster::defaultCapHeight},
+        {VLMetric::TypeXHeight, &VLFontMaster::setDefaultXHeight, &VLFontMaster::defaultXHeight},
+        {VLMetric::TypeItalicAngle, &VLFontMaster::setDefaultItalicAngle, &VLFontMaster::defaultItalicAngle}};
+    for (auto [type, set, get] : cached) {
+        VLFontMaster& master = *f.master;
+        (master.*get)();
+        (master.*set)(-7);
+        EXPECT_EQ((master.*get)(), -7) << "the cache is written through for type " << int(type);
+        EXPECT_EQ(master.defaultMetricForType(type), -7);
+    }
+    EXPECT_EQ(f.font->countOfMetrics(), 7u);
 
     MetricFont large;
     large.font->setUnitsPerEm(2048);
