@@ -69,6 +69,7 @@ TEST(GlyphLookup, FileNamesOfGlyphs)
     EXPECT_EQ(VLVelmorInfo::glyphNameToFileName("Aacute.sc"), "A_acute.sc");
     EXPECT_EQ(VLVelmorInfo::glyphNameToFileName("AE"), "A_E_");
     EXPECT_EQ(VLVelmorInfo::glyphNameToFileName("a"), "a");
+    EXPECT_EQ(VLVelmorInfo::glyphNameToFileName("Z@[z"), "Z_@[z");
     EXPECT_EQ(VLVelmorInfo::glyphNameToFileName(".notdef"), "_notdef");
     EXPECT_EQ(VLVelmorInfo::glyphNameToFileName(".Ä"), "_Ä_");
     // Upper case and title case by their Unicode categories, in every script and plane.

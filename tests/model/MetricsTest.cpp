@@ -197,6 +197,11 @@ TEST(Metrics, ValuesIgnoreTinyChangesAndBrokenMagnitudes)
     EXPECT_EQ(value->position(), 500.002);
     value->setOvershoot(10.0009);
     EXPECT_EQ(value->overshoot(), 10);
+    auto zero = VLMetricValue::initWithPosition(0);
+    zero->setPosition(0.001);
+    zero->setOvershoot(0.001);
+    EXPECT_EQ(zero->position(), 0) << "a change of exactly 0.001 is none";
+    EXPECT_EQ(zero->overshoot(), 0);
     value->setOvershoot(-12);
     EXPECT_EQ(value->overshoot(), -12);
 
@@ -204,6 +209,8 @@ TEST(Metrics, ValuesIgnoreTinyChangesAndBrokenMagnitudes)
     EXPECT_EQ(value->position(), 0) << "beyond 100000000 the value is broken and reads 0";
     value->setPosition(-100000000);
     EXPECT_EQ(value->position(), -100000000);
+    value->setPosition(100000000);
+    EXPECT_EQ(value->position(), 100000000);
     value->setOvershoot(-200000000);
     EXPECT_EQ(value->overshoot(), 0);
     value->setPosition(std::nan(""));
@@ -220,7 +227,8 @@ TEST(Metrics, ValuesIgnoreTinyChangesAndBrokenMagnitudes)
 TEST(Metrics, DefinitionsDescribeThemselves)
 {
     EXPECT_EQ(VLMetric::typeNameForType(VLMetric::TypeCapHeight), "cap height");
-    EXPECT_EQ(VLMetric::typeNameForType(42), "-");
+    EXPECT_EQ(VLMetric::typeNameForType(VLMetric::TypeItalicAngle), "italic angle");
+    EXPECT_EQ(VLMetric::typeNameForType(10), "-");
     EXPECT_EQ(VLMetric::typeForTypeName("x-height"), VLMetric::TypeXHeight);
     EXPECT_EQ(VLMetric::typeForTypeName("capheight"), VLMetric::TypeCapHeight);
     EXPECT_EQ(VLMetric::typeForTypeName("italic angle"), VLMetric::TypeItalicAngle);
@@ -246,10 +254,16 @@ TEST(Metrics, DefinitionsDescribeThemselves)
     EXPECT_EQ(named->noFilterId(), "x-height####Shoulder");
     EXPECT_FALSE(named->isEqualToMetric(*plain));
     EXPECT_TRUE(named->isEqualToMetric(*named->copy()));
+    auto otherType = plain->copy();
+    otherType->setType(VLMetric::TypeCapHeight);
+    EXPECT_FALSE(otherType->isEqualToMetric(*plain));
 
     auto custom = VLMetric::init();
     custom->setName("Shoulder");
     EXPECT_EQ(custom->title(), "Shoulder");
+    custom->setName("");
+    EXPECT_EQ(custom->titles(), std::vector<std::string>{}) << "an empty name is no title";
+    EXPECT_EQ(custom->noFilterId(), "-");
     custom->setName(std::nullopt);
     custom->setFilterString(smallCaps);
     EXPECT_EQ(custom->identifier(), "-####(null)####case == 3");
@@ -278,6 +292,7 @@ TEST(Metrics, FontListsAdoptTheirMetrics)
     f.font->removeObjectFromMetrics(plainShoulder);
     EXPECT_EQ(f.font->objectInMetricsWithName("Shoulder"), shoulder);
     EXPECT_EQ(f.font->objectInMetricsWithName("Hip"), nullptr);
+    EXPECT_EQ(f.font->objectInMetricsWithType_withName(VLMetric::TypeXHeight, "Shoulder"), nullptr);
 
     auto filtered = f.add(VLMetric::TypeAscender, 720, std::nullopt, smallCaps);
     auto withFilter = [&](const char* filter) {
@@ -411,10 +426,12 @@ TEST(Metrics, MastersStoreValuesAndDefaults)
 TEST(Metrics, PointsOnMetricLines)
 {
     MetricFont f;
-    f.add(VLMetric::TypeXHeight, 500, std::nullopt, nullptr, 12);
+    auto xHeight = f.add(VLMetric::TypeXHeight, 500, std::nullopt, nullptr, 12);
     f.add(VLMetric::TypeXHeight, 560, std::nullopt, smallCaps, -10);
     f.add(VLMetric::TypeDescender, -200, std::nullopt, nullptr, -15);
     f.add(VLMetric::TypeItalicAngle, 12);
+    f.add(VLMetric::TypeNone, 620, "Shoulder");
+    f.add(VLMetric::TypeNone, 640, "Hip");
     auto lower = f.layer("a", 2);
     auto smallCap = f.layer("a.sc", 3);
     auto mark = f.layer("acutecomb", 0, "Mark");
@@ -431,6 +448,10 @@ TEST(Metrics, PointsOnMetricLines)
     EXPECT_FALSE(f.master->isOnMetricsLine_layer({300, 500}, nullptr));
 
     auto values = f.master->metrics();
+    values.push_back(VLMetricValue::initWithPosition(700));
+    auto orphan = VLMetricValue::initWithPosition(720);
+    orphan->setMetric(xHeight);
+    values.push_back(orphan);
     auto onMetrics = [&](double y, const VLLayer* layer) {
         return VLFontMaster::isOnMetrics_metrics_inLayer(y, values, layer);
     };
@@ -440,7 +461,11 @@ TEST(Metrics, PointsOnMetricLines)
     EXPECT_EQ(onMetrics(512, lower.get()), 2);
     EXPECT_EQ(onMetrics(513, lower.get()), -1);
     EXPECT_EQ(onMetrics(-210, lower.get()), 2) << "within a downward overshoot";
+    EXPECT_EQ(onMetrics(-215, lower.get()), 2);
     EXPECT_EQ(onMetrics(-216, lower.get()), -1);
+    EXPECT_EQ(onMetrics(640, lower.get()), 1) << "named metrics are each their own";
+    EXPECT_EQ(onMetrics(700, lower.get()), 1) << "values of no metric or no master count as they are";
+    EXPECT_EQ(onMetrics(720, lower.get()), 1);
     EXPECT_EQ(onMetrics(555, lower.get()), -1) << "a filter that doesn't take the glyph";
     EXPECT_EQ(onMetrics(555, smallCap.get()), 2);
     EXPECT_EQ(onMetrics(506, smallCap.get()), -1) << "the plain x-height is secondary for small caps";
