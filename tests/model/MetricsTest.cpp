@@ -146,7 +146,7 @@ TEST(Metrics, LayerAccessorsAskTheAssociatedMaster)
     metric(VLMetric::TypeAscender, 750, 760);
     metric(VLMetric::TypeDescender, -250, -260);
     metric(VLMetric::TypeCapHeight, 700, 710);
-    metric(VLMetric::TypeXHeight, 500, 8);
+    metric(VLMetric::TypeXHeight, 500, 10);
     metric(VLMetric::TypeXHeight, 560, 570, std::nullopt, smallCaps);
     metric(VLMetric::TypeItalicAngle, 0, 12);
     metric(VLMetric::TypeNone, 620, 630, "Shoulder");
@@ -155,11 +155,11 @@ TEST(Metrics, LayerAccessorsAskTheAssociatedMaster)
     EXPECT_EQ(upper->ascender(), 760);
     EXPECT_EQ(upper->descender(), -260);
     EXPECT_EQ(upper->italicAngle(), 12);
-    EXPECT_EQ(upper->slantHeight(), 4) << "half the x-height without a slant height";
+    EXPECT_EQ(upper->slantHeight(), 5) << "half the x-height without a slant height";
     EXPECT_EQ(upper->topHeight(), 710) << "upper case reaches the cap height";
     EXPECT_EQ(upper->metricForType(VLMetric::TypeCapHeight), 710);
     EXPECT_EQ(upper->metricForName("cap height"), 710);
-    EXPECT_EQ(upper->metricForName("xheight"), 8);
+    EXPECT_EQ(upper->metricForName("xheight"), 10);
     EXPECT_EQ(upper->metricForName("Shoulder"), 630);
     EXPECT_EQ(upper->metricForName("Nothing"), VLUnsetValue);
 
@@ -171,7 +171,7 @@ TEST(Metrics, LayerAccessorsAskTheAssociatedMaster)
     metric(VLMetric::TypeBodyHeight, 900, 910);
     EXPECT_EQ(f.layer("one", 0, "", "m02")->topHeight(), 910);
     metric(VLMetric::TypeSlantHeight, 300, 20000);
-    EXPECT_EQ(upper->slantHeight(), 4) << "a slant height above 10000 is not believed";
+    EXPECT_EQ(upper->slantHeight(), 5) << "a slant height above 10000 is not believed";
     EXPECT_EQ(f.layer("A", 1)->slantHeight(), 300);
 
     MetricFont bare;
@@ -180,6 +180,11 @@ TEST(Metrics, LayerAccessorsAskTheAssociatedMaster)
     EXPECT_EQ(bare.layer("A", 1)->ascender(), 800) << "the cached fall-backs";
     EXPECT_EQ(bare.layer("A", 1)->descender(), 0);
     EXPECT_EQ(bare.layer("A", 1)->italicAngle(), 0);
+
+    MetricFont huge;
+    huge.add(VLMetric::TypeAscender, 700);
+    huge.add(VLMetric::TypeXHeight, 100000);
+    EXPECT_EQ(huge.layer("a", 2)->topHeight(), 700) << "an x-height of 100000 or more is broken";
 
     auto loose = VLLayer::init();
     EXPECT_EQ(loose->ascender(), 0) << "a layer without a master has no metrics";
