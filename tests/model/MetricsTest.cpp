@@ -329,35 +329,51 @@ TEST(Metrics, FontListsAdoptTheirMetrics)
     EXPECT_EQ(second->metricValueForId(descender->id())->position(), 0) << "every master gets a value";
     EXPECT_EQ(f.master->metricValueForId(descender->id())->position(), -200) << "and keeps its own";
 
-    for (auto [count, at, insert, remove, removeAt, add] :
-         {std::tuple{&VLFont::countOfStems, &VLFont::objectInStemsAtIndex, &VLFont::insertObject_inStemsAtIndex,
-                     &VLFont::removeObjectFromStems, &VLFont::removeObjectFromStemsAtIndex, &VLFont::addStem},
-          std::tuple{&VLFont::countOfNumbers, &VLFont::objectInNumbersAtIndex, &VLFont::insertObject_inNumbersAtIndex,
-                     &VLFont::removeObjectFromNumbers, &VLFont::removeObjectFromNumbersAtIndex, &VLFont::addNumber}}) {
+    struct List {
+        size_t (VLFont::*count)() const;
+        std::shared_ptr<VLMetric> (VLFont::*at)(size_t) const;
+        void (VLFont::*insert)(const std::shared_ptr<VLMetric>&, size_t);
+        void (VLFont::*remove)(const std::shared_ptr<VLMetric>&);
+        void (VLFont::*removeAt)(size_t);
+        void (VLFont::*add)(const std::shared_ptr<VLMetric>&);
+        std::shared_ptr<VLMetric> (VLFont::*forName)(const std::string&) const;
+        std::shared_ptr<VLMetric> (VLFont::*forId)(const std::string&) const;
+    };
+    for (List list : {List{&VLFont::countOfStems, &VLFont::objectInStemsAtIndex, &VLFont::insertObject_inStemsAtIndex,
+                           &VLFont::removeObjectFromStems, &VLFont::removeObjectFromStemsAtIndex, &VLFont::addStem,
+                           &VLFont::stemForName, &VLFont::stemForId},
+                      List{&VLFont::countOfNumbers, &VLFont::objectInNumbersAtIndex,
+                           &VLFont::insertObject_inNumbersAtIndex, &VLFont::removeObjectFromNumbers,
+                           &VLFont::removeObjectFromNumbersAtIndex, &VLFont::addNumber, &VLFont::numberForName,
+                           &VLFont::numberForId}}) {
         VLFont& font = *f.font;
         auto a = VLMetric::initWithHorizontal_index(true, 0), b = VLMetric::initWithHorizontal_index(true, 1);
-        (font.*add)(a);
-        (font.*insert)(b, 0);
-        EXPECT_EQ((font.*at)(0), b);
+        (font.*list.add)(a);
+        (font.*list.insert)(b, 0);
+        EXPECT_EQ((font.*list.at)(0), b);
         EXPECT_EQ(b->font(), f.font);
-        EXPECT_FALSE(b->id().empty());
-        (font.*remove)(b);
-        EXPECT_EQ((font.*at)(0), a);
-        (font.*removeAt)(0);
-        EXPECT_EQ((font.*count)(), 0u);
+        EXPECT_EQ((font.*list.forName)("hStem0"), a);
+        EXPECT_EQ((font.*list.forId)(b->id()), b);
+        EXPECT_EQ((font.*list.forName)("vStem0"), nullptr);
+        (font.*list.remove)(b);
+        EXPECT_EQ((font.*list.at)(0), a);
+        (font.*list.removeAt)(0);
+        EXPECT_EQ((font.*list.count)(), 0u);
     }
 }
 
 TEST(Metrics, SortingPutsFilteredMetricsLastAndOrdersByPosition)
 {
     MetricFont f;
+    auto origin = f.add(VLMetric::TypeNone, 0, "Origin");
     auto filtered = f.add(VLMetric::TypeXHeight, 100, std::nullopt, smallCaps);
     auto ascender = f.add(VLMetric::TypeAscender, 800);
     auto descender = f.add(VLMetric::TypeDescender, -200);
     auto lowFiltered = f.add(VLMetric::TypeXHeight, 50, std::nullopt, smallCaps);
     auto baseline = f.add(VLMetric::TypeBaseline, 0);
     f.font->sortMetrics();
-    EXPECT_EQ(f.font->metrics(), (VLFont::Metrics{descender, baseline, ascender, lowFiltered, filtered}));
+    EXPECT_EQ(f.font->metrics(), (VLFont::Metrics{descender, origin, baseline, ascender, lowFiltered, filtered}))
+        << "metrics at one height keep their order";
 }
 
 TEST(Metrics, MastersStoreValuesAndDefaults)
