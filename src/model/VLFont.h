@@ -133,19 +133,45 @@ public:
 
     // Metric definitions; each master holds its values under their ids.
     using Metrics = std::vector<std::shared_ptr<VLMetric>>;
+    // A metric that joins a list gets this font, and a new UUID as id when it has none. Look-ups
+    // past the end give null; an insertion past the end appends.
     const Metrics& metrics() const { return _metrics; }
     void setMetrics(Metrics metrics);
+    // Also gives every master an empty value for the metric where it has none.
     void addMetric(const std::shared_ptr<VLMetric>& metric);
+    size_t countOfMetrics() const { return _metrics.size(); }
+    std::shared_ptr<VLMetric> objectInMetricsAtIndex(size_t index) const;
+    void insertObject_inMetricsAtIndex(const std::shared_ptr<VLMetric>& metric, size_t index);
+    void removeObjectFromMetrics(const std::shared_ptr<VLMetric>& metric);
+    void removeObjectFromMetricsAtIndex(size_t index);
+    // The first of that name without a filter, else the first of that name.
     std::shared_ptr<VLMetric> objectInMetricsWithName(const std::string& name) const;
+    std::shared_ptr<VLMetric> objectInMetricsWithType_withName(uint8_t type,
+                                                               const std::optional<std::string>& name) const;
+    // Type, name and filter text equal first; when no filter is asked for, then any of that type
+    // and name.
     std::shared_ptr<VLMetric> objectInMetricsWithType_withName_filter(uint8_t type, const std::optional<std::string>& name,
                                                                       const std::optional<std::string>& filter) const;
+    // Metrics without a filter before those with one, each group by its position at the first master.
+    void sortMetrics();
     const Metrics& stems() const { return _stems; }
     void setStems(Metrics stems);
     void addStem(const std::shared_ptr<VLMetric>& stem);
+    size_t countOfStems() const { return _stems.size(); }
+    std::shared_ptr<VLMetric> objectInStemsAtIndex(size_t index) const;
+    void insertObject_inStemsAtIndex(const std::shared_ptr<VLMetric>& stem, size_t index);
+    void removeObjectFromStems(const std::shared_ptr<VLMetric>& stem);
+    void removeObjectFromStemsAtIndex(size_t index);
     std::shared_ptr<VLMetric> stemForId(const std::string& metricId) const;
     std::shared_ptr<VLMetric> stemForName(const std::string& name) const;
     const Metrics& numbers() const { return _numbers; }
     void setNumbers(Metrics numbers);
+    void addNumber(const std::shared_ptr<VLMetric>& number);
+    size_t countOfNumbers() const { return _numbers.size(); }
+    std::shared_ptr<VLMetric> objectInNumbersAtIndex(size_t index) const;
+    void insertObject_inNumbersAtIndex(const std::shared_ptr<VLMetric>& number, size_t index);
+    void removeObjectFromNumbers(const std::shared_ptr<VLMetric>& number);
+    void removeObjectFromNumbersAtIndex(size_t index);
     std::shared_ptr<VLMetric> numberForId(const std::string& metricId) const;
     std::shared_ptr<VLMetric> numberForName(const std::string& name) const;
 

@@ -2,6 +2,7 @@
 
 #include "model/VLCustomParameterOwner.h"
 #include "model/VLUnsetValue.h"
+#include "platform/Geometry.h"
 #include "platform/Value.h"
 
 #include <cstddef>
@@ -10,6 +11,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 class VLFont;
 class VLGlyph;
@@ -70,12 +72,18 @@ public:
 
     // Metric values under the ids of the font's metrics.
     using Values = std::map<std::string, std::shared_ptr<VLMetricValue>, std::less<>>;
+    using ValueList = std::vector<std::shared_ptr<VLMetricValue>>;
     const Values& metricValues() const { return _metricValues; }
+    void setMetricValues(Values values);
     std::shared_ptr<VLMetricValue> metricValueForId(const std::string& metricId) const;
+    // A metric without a value stands at 0.
+    double metricPositionForId(const std::string& metricId) const;
     void setMetricValue_forId(std::shared_ptr<VLMetricValue> value, const std::string& metricId);
     void setMetricValue_forId_notify(std::shared_ptr<VLMetricValue> value, const std::string& metricId, bool notify);
-    // The value of the metric, made empty when missing.
-    std::shared_ptr<VLMetricValue> valueForMetric(const VLMetric& metric);
+    // The value of the metric, made empty when missing, linked to the metric.
+    std::shared_ptr<VLMetricValue> valueForMetric(const std::shared_ptr<VLMetric>& metric);
+    // valueForMetric of each of the font's metrics, in their order.
+    ValueList metrics();
     // The position for the layer's glyph: a matching filtered metric first, else the plain one.
     double metricForType_layer(uint8_t type, const VLLayer* layer) const;
     std::shared_ptr<VLMetricValue> metricValueForType_layer(uint8_t type, const VLLayer* layer) const;
@@ -100,7 +108,11 @@ public:
                                                                                 uint8_t type,
                                                                                 const std::optional<std::string>& name,
                                                                                 const std::optional<std::string>& filter);
+    // An overshoot of 100000 or more leaves the stored one alone.
     void setDefaultMetric_overshoot_forType(double position, double overshoot, uint8_t type);
+    // Ascender, cap height, x-height, baseline, descender and italic angle of a new font, in
+    // proportion to its units per em. The caches stay as they are.
+    void addDefaultMetrics();
     void setNeedsUpdateCachedVerticalMetrics();
     double ascenderForLayer(const VLLayer* layer);
     double descenderForLayer(const VLLayer* layer);
@@ -110,6 +122,12 @@ public:
     double slantHeightForLayer(const VLLayer* layer) const;
     // The height that the glyph's case reaches: cap height, x-height or body height.
     double topHeightForLayer(const VLLayer* layer) const;
+    // Whether a point of the layer lies on the baseline, on a metric of the layer's glyph, or,
+    // in a mark, on the origin's vertical; half a unit either way counts.
+    bool isOnMetricsLine_layer(Point point, const VLLayer* layer);
+    // 1 on the baseline or a metric line, 2 within the overshoot of a metric, -1 elsewhere.
+    // The layer's secondary metrics are passed over.
+    static int8_t isOnMetrics_metrics_inLayer(double y, const ValueList& metrics, const VLLayer* layer);
 
     // Location, by axis id.
     const Values& axesValues() const { return _axesValues; }

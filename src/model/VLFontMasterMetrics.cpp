@@ -13,9 +13,31 @@ namespace {
 // Cache values above this have not been computed.
 constexpr double notComputed = 100000.0;
 
-double positionOf(const std::shared_ptr<VLMetricValue>& value)
+std::shared_ptr<VLMetric> firstPlainMetricOfType(const VLFont* font, uint8_t type)
 {
-    return value ? value->position() : 0.0;
+    if (font)
+        for (const auto& metric : font->metrics())
+            if (metric->type() == type && !metric->filter()) return metric;
+    return nullptr;
+}
+
+// A body height is the ascender unless the font defines one of its own.
+std::shared_ptr<VLMetric> defaultMetricOfType(const VLFont* font, uint8_t type)
+{
+    auto metric = firstPlainMetricOfType(font, type);
+    if (!metric && type == VLMetric::TypeBodyHeight) return firstPlainMetricOfType(font, VLMetric::TypeAscender);
+    return metric;
+}
+
+// The first metric of the type whose filter takes the layer's glyph.
+std::shared_ptr<VLMetric> filteredMetricOfType(const VLFont* font, uint8_t type, const VLLayer* layer)
+{
+    auto glyph = layer ? layer->glyph() : nullptr;
+    if (font && glyph)
+        for (const auto& metric : font->metrics())
+            if (metric->type() == type && metric->filter() && metric->filter()->evaluateWithObject(*glyph))
+                return metric;
+    return nullptr;
 }
 
 } // namespace
@@ -24,6 +46,18 @@ std::shared_ptr<VLMetricValue> VLFontMaster::metricValueForId(const std::string&
 {
     auto it = _metricValues.find(metricId);
     return it == _metricValues.end() ? nullptr : it->second;
+}
+
+double VLFontMaster::metricPositionForId(const std::string& metricId) const
+{
+    auto value = metricValueForId(metricId);
+    return value ? value->position() : 0.0;
+}
+
+void VLFontMaster::setMetricValues(Values values)
+{
+    _metricValues = std::move(values);
+    for (const auto& entry : _metricValues) entry.second->setParent(this);
 }
 
 void VLFontMaster::setMetricValue_forId(std::shared_ptr<VLMetricValue> value, const std::string& metricId)
@@ -42,49 +76,50 @@ void VLFontMaster::setMetricValue_forId_notify(std::shared_ptr<VLMetricValue> va
     _metricValues[metricId] = std::move(value);
 }
 
-std::shared_ptr<VLMetricValue> VLFontMaster::valueForMetric(const VLMetric& metric)
+std::shared_ptr<VLMetricValue> VLFontMaster::valueForMetric(const std::shared_ptr<VLMetric>& metric)
 {
-    if (auto value = metricValueForId(metric.id())) return value;
-    auto value = VLMetricValue::initWithPosition(0);
-    setMetricValue_forId_notify(value, metric.id(), false);
+    auto value = metricValueForId(metric->id());
+    if (!value) {
+        value = VLMetricValue::initWithPosition(0);
+        setMetricValue_forId_notify(value, metric->id(), false);
+    }
+    value->setMetric(metric);
     return value;
+}
+
+VLFontMaster::ValueList VLFontMaster::metrics()
+{
+    ValueList values;
+    if (_font)
+        for (const auto& metric : _font->metrics()) values.push_back(valueForMetric(metric));
+    return values;
 }
 
 std::shared_ptr<VLMetricValue> VLFontMaster::defaultMetricValueForType(uint8_t type) const
 {
-    if (!_font) return nullptr;
-    for (const auto& metric : _font->metrics())
-        if (metric->type() == type && !metric->filter()) return metricValueForId(metric->id());
-    return type == VLMetric::TypeBodyHeight ? defaultMetricValueForType(VLMetric::TypeAscender) : nullptr;
+    auto metric = defaultMetricOfType(_font, type);
+    return metric ? metricValueForId(metric->id()) : nullptr;
 }
 
 double VLFontMaster::defaultMetricForType(uint8_t type) const
 {
-    if (!_font) return VLUnsetValue;
-    for (const auto& metric : _font->metrics())
-        if (metric->type() == type && !metric->filter()) return positionOf(metricValueForId(metric->id()));
-    return type == VLMetric::TypeBodyHeight ? defaultMetricForType(VLMetric::TypeAscender) : VLUnsetValue;
+    auto metric = defaultMetricOfType(_font, type);
+    return metric ? metricPositionForId(metric->id()) : VLUnsetValue;
 }
 
 std::shared_ptr<VLMetricValue> VLFontMaster::metricValueForType_layer(uint8_t type, const VLLayer* layer) const
 {
-    auto glyph = layer ? layer->glyph() : nullptr;
-    if (_font && glyph)
-        for (const auto& metric : _font->metrics())
-            if (metric->type() == type && metric->filter() && metric->filter()->evaluateWithObject(*glyph))
-                return metricValueForId(metric->id());
-    return defaultMetricValueForType(type);
+    auto metric = filteredMetricOfType(_font, type, layer);
+    return metric ? metricValueForId(metric->id()) : defaultMetricValueForType(type);
 }
 
+// Corner glyphs slant around their origin, the node they sit on.
 double VLFontMaster::metricForType_layer(uint8_t type, const VLLayer* layer) const
 {
     auto glyph = layer ? layer->glyph() : nullptr;
     if (type == VLMetric::TypeSlantHeight && glyph && glyph->category() == "Corner") return 0.0;
-    if (_font && glyph)
-        for (const auto& metric : _font->metrics())
-            if (metric->type() == type && metric->filter() && metric->filter()->evaluateWithObject(*glyph))
-                return positionOf(metricValueForId(metric->id()));
-    return defaultMetricForType(type);
+    auto metric = filteredMetricOfType(_font, type, layer);
+    return metric ? metricPositionForId(metric->id()) : defaultMetricForType(type);
 }
 
 // The first plain ascender and descender win; for the other types, the last.
@@ -99,7 +134,7 @@ void VLFontMaster::_updateCachedVerticalMetrics()
         for (const auto& metric : _font->metrics()) {
             if (metric->filter()) continue;
             if (plainOnly && metric->name() && !metric->name()->empty()) continue;
-            double position = positionOf(metricValueForId(metric->id()));
+            double position = metricPositionForId(metric->id());
             switch (metric->type()) {
             case VLMetric::TypeAscender:
                 if (_ascender > 999999) _ascender = position;
@@ -165,17 +200,27 @@ void VLFontMaster::setNeedsUpdateCachedVerticalMetrics()
 void VLFontMaster::setDefaultMetric_overshoot_forType(double position, double overshoot, uint8_t type)
 {
     if (!_font) return;
-    std::shared_ptr<VLMetric> metric;
-    for (const auto& candidate : _font->metrics())
-        if (!metric && candidate->type() == type && !candidate->filter()) metric = candidate;
+    auto metric = firstPlainMetricOfType(_font, type);
     if (!metric) {
         metric = VLMetric::init();
         metric->setType(type);
         _font->addMetric(metric);
     }
-    auto value = valueForMetric(*metric);
+    auto value = valueForMetric(metric);
     value->setPosition(position);
     if (overshoot < 100000) value->setOvershoot(overshoot);
+}
+
+void VLFontMaster::addDefaultMetrics()
+{
+    if (!_font) return;
+    double scale = _font->unitsPerEm() / 1000.0;
+    setDefaultMetric_overshoot_forType(800 * scale, 16 * scale, VLMetric::TypeAscender);
+    setDefaultMetric_overshoot_forType(700 * scale, 16 * scale, VLMetric::TypeCapHeight);
+    setDefaultMetric_overshoot_forType(500 * scale, 16 * scale, VLMetric::TypeXHeight);
+    setDefaultMetric_overshoot_forType(0, -16 * scale, VLMetric::TypeBaseline);
+    setDefaultMetric_overshoot_forType(-200 * scale, -16 * scale, VLMetric::TypeDescender);
+    setDefaultMetric_forType(0, VLMetric::TypeItalicAngle);
 }
 
 std::shared_ptr<VLMetricValue> VLFontMaster::setMetricPosition_overshoot_type_name_filter(

@@ -21,6 +21,7 @@ class BezierPath;
 class VLAnchor;
 class VLBackgroundImage;
 class VLFontMaster;
+class VLMetricValue;
 class VLPenProtocol;
 
 // A layer's metrics as the glyph is set; the eighth number stays zero.
@@ -148,6 +149,22 @@ public:
     double LSB() const { return _LSB; }
     double RSB() const { return _RSB; }
     void setRSB(double rsb) { _RSB = rsb; }
+    // The associated master's metrics as they apply to this layer's glyph. Without a master the
+    // heights and the angle read 0, the metrics by type or name VLUnsetValue.
+    double ascender() const;
+    double descender() const;
+    double italicAngle() const;
+    double slantHeight() const;
+    double topHeight() const;
+    double metricForType(uint8_t type) const;
+    // A type name ("x-height") goes by type; any other name to the font's metric of that name.
+    double metricForName(const std::string& name) const;
+    // The master's values of the vertical metrics that apply to the glyph: those whose filter
+    // takes it first, then those without a filter, each group in font order.
+    std::vector<std::shared_ptr<VLMetricValue>> metricsForMaster(VLFontMaster& master) const;
+    // A value is secondary where another of its type, picked by the master for this glyph,
+    // stands in its place.
+    bool isSecondaryMetric(const VLMetricValue& value) const;
 
     bool visible() const;
     void setVisible(bool visible);

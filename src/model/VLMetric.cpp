@@ -57,6 +57,23 @@ std::optional<std::string> VLMetric::filterString() const
     return _filter->predicateFormat();
 }
 
+std::vector<std::string> VLMetric::titles() const
+{
+    std::vector<std::string> titles;
+    if (_type != TypeNone) titles.emplace_back();
+    if (_name && !_name->empty()) titles.push_back(*_name);
+    if (_filter) titles.push_back(_filter->predicateFormat());
+    return titles;
+}
+
+std::string VLMetric::title() const
+{
+    std::vector<std::string> parts = titles();
+    std::string joined;
+    for (size_t i = 0; i < parts.size(); ++i) joined += (i == 0 ? "" : ", ") + parts[i];
+    return joined;
+}
+
 std::string VLMetric::noFilterId() const
 {
     if (_name && !_name->empty()) return typeNameForType(_type) + "####" + *_name;

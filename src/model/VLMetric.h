@@ -4,6 +4,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 class Predicate;
 class VLFont;
@@ -48,6 +49,11 @@ public:
     std::shared_ptr<VLFont> font() const { return _font.lock(); }
     void setFont(const std::shared_ptr<VLFont>& font) { _font = font; }
 
+    // For display: the type's entry, the name if there is one, the filter's text. Type names have
+    // no translations in this program, so a typed metric contributes an empty entry.
+    std::vector<std::string> titles() const;
+    // The titles joined by ", ".
+    std::string title() const;
     std::string identifier() const;
     std::string noFilterId() const;
     bool isEqualToMetric(const VLMetric& other) const;

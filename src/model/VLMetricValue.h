@@ -4,8 +4,12 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
+#include <string>
 
+class Predicate;
 class VLFontMaster;
+class VLMetric;
 
 // One master's value of a metric, or one entry of a location when it serves an axis.
 class VLMetricValue {
@@ -24,6 +28,13 @@ public:
 
     VLFontMaster* parent() const { return _parent; }
     void setParent(VLFontMaster* master) { _parent = master; }
+    // The definition this value belongs to; set when the master hands the value out for it.
+    std::shared_ptr<VLMetric> metric() const { return _metric.lock(); }
+    void setMetric(const std::shared_ptr<VLMetric>& metric) { _metric = metric; }
+    // The definition's name, title and filter; empty without a definition.
+    std::optional<std::string> name() const;
+    std::string title() const;
+    std::shared_ptr<Predicate> filter() const;
 
     std::shared_ptr<VLMetricValue> copy() const { return std::make_shared<VLMetricValue>(*this); }
 
@@ -34,4 +45,5 @@ private:
     double _position = 0.0;
     double _overshoot = 0.0;
     VLFontMaster* _parent = nullptr;
+    std::weak_ptr<VLMetric> _metric;
 };

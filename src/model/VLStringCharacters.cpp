@@ -2,38 +2,33 @@
 
 #include "model/VLUTF8.h"
 
+#include <unicode/locid.h>
+#include <unicode/normalizer2.h>
+#include <unicode/uchar.h>
+#include <unicode/unistr.h>
+#include <unicode/utf8.h>
+
 #include <algorithm>
+#include <cstdint>
 #include <cstdio>
 
 namespace {
 
-// Base letters of U+00C0 to U+017F; "." where a letter has no base letter of its own (Æ, Ø, Ł).
-constexpr std::string_view baseLetters = "AAAAAA.CEEEEIIII.NOOOOO..UUUUY.."
-                                         "aaaaaa.ceeeeiiii.nooooo..uuuuy.y"
-                                         "AaAaAaCcCcCcCcDd..EeEeEeEeEeGgGg"
-                                         "GgGgHh..IiIiIiIiI...JjKk.LlLlLl."
-                                         "...NnNnNn...OoOoOo..RrRrRrSsSsSs"
-                                         "SsTtTt..UuUuUuUuUuUuWwYyYZzZzZz.";
-constexpr char32_t firstAccented = 0xC0;
-
-bool isCombiningMark(char32_t c) { return c >= 0x300 && c < 0x370; }
-
-char32_t baseLetter(char32_t c)
+// The full case mapping of the first character, which may be several ("ß" gives "SS"), in front
+// of the rest. The root locale keeps the result the same whatever the machine's language.
+template <typename Map> std::string withFirstMapped(std::string_view s, Map map)
 {
-    if (c < firstAccented || c - firstAccented >= baseLetters.size()) return c;
-    char base = baseLetters[c - firstAccented];
-    return base == '.' ? c : static_cast<char32_t>(base);
-}
-
-// ASCII and Latin-1 letters, whose two cases lie 0x20 apart; × and ÷ sit where a letter would.
-bool isUpper(char32_t c) { return (c >= 'A' && c <= 'Z') || (c >= 0xC0 && c <= 0xDE && c != 0xD7); }
-bool isLower(char32_t c) { return (c >= 'a' && c <= 'z') || (c >= 0xE0 && c <= 0xFE && c != 0xF7); }
-
-template <typename Change> std::string withFirstChanged(std::string_view s, Change change)
-{
-    std::u32string text = decodeUTF8(s);
-    if (!text.empty()) text.front() = change(text.front());
-    return encodeUTF8(text);
+    if (s.empty()) return {};
+    size_t end = 0;
+    UChar32 c;
+    U8_NEXT(reinterpret_cast<const uint8_t*>(s.data()), end, s.size(), c);
+    if (c < 0) return std::string(s);
+    icu::UnicodeString first(c);
+    map(first);
+    std::string result;
+    first.toUTF8String(result);
+    result.append(s.substr(end));
+    return result;
 }
 
 bool isPlainPrintable(char c) { return c >= 32 && c < 127; }
@@ -81,20 +76,29 @@ std::string stringByRemovingCharactersInSet(std::string_view s, std::string_view
 
 std::string stringWithFirstLower(std::string_view s)
 {
-    return withFirstChanged(s, [](char32_t c) { return isUpper(c) ? c + 0x20 : c; });
+    return withFirstMapped(s, [](icu::UnicodeString& first) { first.toLower(icu::Locale::getRoot()); });
 }
 
 std::string stringWithFirstUpper(std::string_view s)
 {
-    return withFirstChanged(s, [](char32_t c) { return isLower(c) ? c - 0x20 : c; });
+    return withFirstMapped(s, [](icu::UnicodeString& first) { first.toUpper(icu::Locale::getRoot()); });
 }
 
+// Decomposed, the accents are marks of their own; what has no decomposition ("Ł", "Ø") stays.
 std::string stringByRemovingAccents(std::string_view s)
 {
-    std::u32string text = decodeUTF8(s);
-    std::erase_if(text, isCombiningMark);
-    std::transform(text.begin(), text.end(), text.begin(), baseLetter);
-    return encodeUTF8(text);
+    UErrorCode status = U_ZERO_ERROR;
+    const icu::Normalizer2* decompose = icu::Normalizer2::getNFDInstance(status);
+    const icu::Normalizer2* compose = icu::Normalizer2::getNFCInstance(status);
+    if (U_FAILURE(status)) return std::string(s);
+    icu::UnicodeString text = decompose->normalize(
+        icu::UnicodeString::fromUTF8(icu::StringPiece(s.data(), static_cast<int32_t>(s.size()))), status);
+    icu::UnicodeString bare;
+    for (int32_t i = 0; i < text.length(); i = text.moveIndex32(i, 1))
+        if (u_charType(text.char32At(i)) != U_NON_SPACING_MARK) bare.append(text.char32At(i));
+    std::string result;
+    compose->normalize(bare, status).toUTF8String(result);
+    return U_SUCCESS(status) ? result : std::string(s);
 }
 
 std::string asciiString(std::string_view s)

@@ -32,11 +32,12 @@ size_t countOfChar(std::string_view s, char32_t c);
 // 0 past the end.
 char32_t character32AtIndex(std::string_view s, size_t index);
 std::string stringByRemovingCharactersInSet(std::string_view s, std::string_view set);
-// Case changes of the first character, for ASCII and the Latin-1 letters.
+// The first character in its full Unicode lower or upper case, which can be longer ("ß" gives
+// "SS"); the rest stays. Text that does not start with a valid character stays as it is.
 std::string stringWithFirstLower(std::string_view s);
 std::string stringWithFirstUpper(std::string_view s);
-// Drops combining marks, and the accents of the Latin-1 and Latin Extended-A letters that have a
-// base letter.
+// Without nonspacing marks, after canonical decomposition, recomposed: "Ệ" gives "E", "й" gives
+// "и"; letters that have no decomposition ("Ł", "Đ") stay.
 std::string stringByRemovingAccents(std::string_view s);
 // Escapes for the text property-list form: control characters as octal, anything beyond ASCII
 // as "\U" and four hexadecimal digits per UTF-16 unit. A wholly printable string stays as it is.

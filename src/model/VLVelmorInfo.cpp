@@ -1,45 +1,39 @@
 #include "model/VLVelmorInfo.h"
 
+#include <unicode/uchar.h>
+#include <unicode/utf8.h>
+
 #include <cstdint>
 
 namespace {
 
-// Upper-case letters of the Latin, Greek and Cyrillic blocks, where glyph names live.
-bool isUpperCaseLetter(uint32_t c)
+// Title-case letters such as "ǅ" fold to lower case as well, so they need the underscore too.
+bool isUpperCaseLetter(UChar32 c)
 {
-    if (c >= 'A' && c <= 'Z') return true;
-    if (c >= 0xC0 && c <= 0xDE) return c != 0xD7;
-    if (c >= 0x100 && c <= 0x17F) return c % 2 == (c >= 0x139 && c <= 0x148 ? 1u : c >= 0x179 ? 1u : 0u);
-    if (c >= 0x391 && c <= 0x3AB) return c != 0x3A2;
-    return c >= 0x400 && c <= 0x42F;
-}
-
-// The code point starting at text[i] and its length in bytes; malformed bytes count alone.
-uint32_t decode(const std::string& text, size_t i, size_t& length)
-{
-    unsigned char c = static_cast<unsigned char>(text[i]);
-    length = c < 0x80 ? 1 : c < 0xE0 ? 2 : c < 0xF0 ? 3 : 4;
-    if (c < 0x80 || c < 0xC0 || i + length > text.size()) return length = 1, c;
-    uint32_t code = c & (0x3F >> (length - 1));
-    for (size_t k = 1; k < length; ++k) code = (code << 6) | (static_cast<unsigned char>(text[i + k]) & 0x3F);
-    return code;
+    return c >= 0 && (U_GET_GC_MASK(c) & (U_GC_LU_MASK | U_GC_LT_MASK)) != 0;
 }
 
 } // namespace
 
 std::string VLVelmorInfo::glyphNameToFileName(const std::string& name)
 {
+    const auto* text = reinterpret_cast<const uint8_t*>(name.data());
     std::string file;
     file.reserve(name.size() + 4);
     for (size_t i = 0; i < name.size();) {
-        size_t length = 0;
-        uint32_t code = decode(name, i, length);
-        if (i == 0 && name[0] == '.')
-            file += '_';
-        else
-            file.append(name, i, length);
-        if (isUpperCaseLetter(code)) file += '_';
-        i += length;
+        // Nearly every glyph name is ASCII, and packages ask this once per glyph file.
+        if (text[i] < 0x80) {
+            char c = name[i];
+            file += i == 0 && c == '.' ? '_' : c;
+            if (c >= 'A' && c <= 'Z') file += '_';
+            ++i;
+            continue;
+        }
+        size_t start = i;
+        UChar32 c;
+        U8_NEXT(text, i, name.size(), c);
+        file.append(name, start, i - start);
+        if (isUpperCaseLetter(c)) file += '_';
     }
     return file;
 }

@@ -1,7 +1,6 @@
 #include "geometry/VLBezierPathPen.h"
 #include "geometry/VLPathPen.h"
 #include "model/VLFont.h"
-#include "model/VLFontMaster.h"
 #include "model/VLGlyph.h"
 #include "model/VLLayer.h"
 #include "outline/VLComponent.h"
@@ -226,10 +225,9 @@ VLGlyphMetrics VLLayer::glyphMetricsForDirection(uint8_t direction) const
 {
     VLGlyphMetrics metrics;
     metrics.width = _width;
-    auto master = associatedFontMaster();
-    if (!master) return metrics;
-    metrics.ascender = master->ascenderForLayer(this);
-    metrics.descender = master->descenderForLayer(this);
+    if (!associatedFontMaster()) return metrics;
+    metrics.ascender = ascender();
+    metrics.descender = descender();
     auto font = this->font();
     bool icon = font && font->fontType() == VLFont::FontTypeIconSet;
     if (icon) {
@@ -243,10 +241,10 @@ VLGlyphMetrics VLLayer::glyphMetricsForDirection(uint8_t direction) const
         if (_vertWidth >= 0 && _vertWidth < 100000) metrics.descender = metrics.ascender - _vertWidth;
         metrics.vertWidth = _vertWidth;
     } else {
-        metrics.topHeight = master->topHeightForLayer(this);
+        metrics.topHeight = topHeight();
     }
-    metrics.slantHeight = master->slantHeightForLayer(this);
-    metrics.italicAngle = master->italicAngleForLayer(this);
+    metrics.slantHeight = slantHeight();
+    metrics.italicAngle = italicAngle();
     return metrics;
 }
 

@@ -69,8 +69,15 @@ TEST(GlyphLookup, FileNamesOfGlyphs)
     EXPECT_EQ(VLVelmorInfo::glyphNameToFileName("Aacute.sc"), "A_acute.sc");
     EXPECT_EQ(VLVelmorInfo::glyphNameToFileName("AE"), "A_E_");
     EXPECT_EQ(VLVelmorInfo::glyphNameToFileName("a"), "a");
+    EXPECT_EQ(VLVelmorInfo::glyphNameToFileName("Z@[z"), "Z_@[z");
     EXPECT_EQ(VLVelmorInfo::glyphNameToFileName(".notdef"), "_notdef");
-    EXPECT_EQ(VLVelmorInfo::glyphNameToFileName("\xC3\x84"), "\xC3\x84_") << "Ä is upper case too";
+    EXPECT_EQ(VLVelmorInfo::glyphNameToFileName(".Ä"), "_Ä_");
+    // Upper case and title case by their Unicode categories, in every script and plane.
+    for (std::string upper : {"Ä", "Ǆ", "ǅ", "Ά", "ẞ", "Ա", "Ѡ", "Ⴀ", "Ა", "ᾈ", "𝐀"})
+        EXPECT_EQ(VLVelmorInfo::glyphNameToFileName(upper + "x"), upper + "_x") << upper;
+    for (std::string other : {"ſ", "ĸ", "ǆ", "ά", "ß", "ա", "ѡ", "ა", "𝐚", "Ⅰ", "Ⓐ", "ª"})
+        EXPECT_EQ(VLVelmorInfo::glyphNameToFileName(other + "x"), other + "x") << other;
+    EXPECT_EQ(VLVelmorInfo::glyphNameToFileName("A\xFF" "B\xC3"), "A_\xFF" "B_\xC3") << "bytes that are no UTF-8 stay";
 }
 
 TEST(GlyphLookup, PackageGlyphsAreReadWhenNamed)

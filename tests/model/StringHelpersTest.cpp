@@ -66,12 +66,41 @@ TEST(StringHelpers, CharactersAreCodePoints)
     EXPECT_EQ(character32AtIndex("x", 1), 0u);
     EXPECT_EQ(character32AtIndex("\xFFx", 0), 0xFFFDu);
     EXPECT_EQ(stringByRemovingCharactersInSet("a-b\u00E9c", "-\u00E9"), "abc");
-    EXPECT_EQ(stringWithFirstUpper("\u00E9lan"), "\u00C9lan");
-    EXPECT_EQ(stringWithFirstLower("Glyph"), "glyph");
-    EXPECT_EQ(stringWithFirstUpper(""), "");
-    EXPECT_EQ(stringByRemovingAccents("\u00C5ngstr\u00F6m \u0141\u00F3d\u017A e\u0301"), "Angstrom \u0141odz e");
     EXPECT_EQ(camelCaseToSentenceCase("fontNameIsLong"), "font Name Is Long");
     EXPECT_EQ(camelCaseToSentenceCase("ABC"), "ABC");
+}
+
+TEST(StringHelpers, FirstCharacterTakesItsFullUnicodeCase)
+{
+    EXPECT_EQ(stringWithFirstUpper("élan"), "Élan");
+    EXPECT_EQ(stringWithFirstLower("Glyph"), "glyph");
+    EXPECT_EQ(stringWithFirstUpper("straße"), "Straße") << "only the first character changes";
+    EXPECT_EQ(stringWithFirstUpper("ßig"), "SSig") << "one character can become two";
+    EXPECT_EQ(stringWithFirstLower("İx"), "i\u0307x");
+    EXPECT_EQ(stringWithFirstUpper("ix"), "Ix") << "the same in every language";
+    EXPECT_EQ(stringWithFirstUpper("άλφα"), "Άλφα");
+    EXPECT_EQ(stringWithFirstLower("ΆΛΦΑ"), "άΛΦΑ");
+    EXPECT_EQ(stringWithFirstUpper("ѡ"), "Ѡ");
+    EXPECT_EQ(stringWithFirstUpper("այբ"), "Այբ");
+    EXPECT_EQ(stringWithFirstLower("Ⴀ"), "ⴀ");
+    EXPECT_EQ(stringWithFirstUpper("ǆx"), "Ǆx");
+    EXPECT_EQ(stringWithFirstLower("𐐀x"), "𐐨x") << "beyond the first plane";
+    EXPECT_EQ(stringWithFirstUpper("1a"), "1a");
+    EXPECT_EQ(stringWithFirstUpper(""), "");
+    EXPECT_EQ(stringWithFirstUpper("\xFF" "a"), "\xFF" "a") << "text that starts broken stays";
+}
+
+TEST(StringHelpers, RemovingAccentsKeepsTheBaseLetters)
+{
+    EXPECT_EQ(stringByRemovingAccents("Ångström Łódź e\u0301"), "Angstrom Łodz e") << "Ł has no base letter";
+    EXPECT_EQ(stringByRemovingAccents("Tiếng Việt"), "Tieng Viet") << "stacked accents";
+    EXPECT_EQ(stringByRemovingAccents("Đường"), "Đuong");
+    EXPECT_EQ(stringByRemovingAccents("Άλφα ώρα ᾈ"), "Αλφα ωρα Α");
+    EXPECT_EQ(stringByRemovingAccents("Ёлка й"), "Елка и");
+    EXPECT_EQ(stringByRemovingAccents("a\u0323\u0301"), "a");
+    EXPECT_EQ(stringByRemovingAccents("가 ﬁ"), "가 ﬁ") << "syllables and ligatures are no accented letters";
+    EXPECT_EQ(stringByRemovingAccents("𝐀\u0301"), "𝐀");
+    EXPECT_EQ(stringByRemovingAccents(""), "");
 }
 
 TEST(StringHelpers, AsciiEscapesOnlyStringsThatNeedIt)
