@@ -55,6 +55,12 @@ UPDATE_MIME = if command -v update-mime-database >/dev/null && [ -d "$(MIME_DIR)
 install: release
 	DESTDIR="$(DESTDIR)" cmake --install $(RELEASE_DIR) --prefix "$(PREFIX)"
 	$(UPDATE_MIME)
+	@case "$(PREFIX)/" in /usr/*) ;; *) echo "warning: GNOME Files runs thumbnailers in a sandbox that sees only /usr, so it won't use this install; file browsers that ask tumbler will, once $(PREFIX)/share is in XDG_DATA_DIRS" ;; esac
+
+# A Debian package of the release build, in build/: make deb && sudo apt install ./build/velmor-thumbnailer_*.deb
+.PHONY: deb
+deb: release
+	cd $(RELEASE_DIR) && cpack -G DEB -B $(CURDIR)/build
 
 uninstall:
 	rm -f $(addprefix "$(DESTDIR)$(PREFIX)/,$(addsuffix ",$(INSTALLED_FILES)))

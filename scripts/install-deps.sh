@@ -8,7 +8,8 @@ packages=(
   libcairo2-dev libplist-dev libicu-dev
   libgtest-dev libgmock-dev libbenchmark-dev
   clang libclang-rt-14-dev libfuzzer-14-dev bubblewrap
-  tumbler dbus dbus-bin shared-mime-info python3-gi
+  tumbler dbus dbus-bin shared-mime-info python3-gi gir1.2-gnomedesktop-3.0
+  dpkg-dev
 )
 
 missing=()
