@@ -11,6 +11,7 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <unordered_set>
 #include <vector>
 
 class VLAxis;
@@ -57,7 +58,11 @@ public:
     void setGlyphs(std::vector<std::shared_ptr<VLGlyph>> glyphs);
     void addGlyphFast(const std::shared_ptr<VLGlyph>& glyph);
     const std::vector<std::string>& glyphFiles() const { return _glyphFiles; }
-    void setGlyphFiles(std::vector<std::string> names) { _glyphFiles = std::move(names); }
+    void setGlyphFiles(std::vector<std::string> names)
+    {
+        _glyphFiles = std::move(names);
+        _glyphFileNames.clear();
+    }
     // The larger of the loaded glyphs and the glyph files of a package.
     size_t countOfGlyphs() const { return std::max(_glyphs.size(), _glyphFiles.size()); }
     // The loaded glyphs alone.
@@ -219,6 +224,8 @@ private:
 
     std::vector<std::shared_ptr<VLGlyph>> _glyphs;
     std::vector<std::string> _glyphFiles;
+    // The same names, for lookups; filled when first asked.
+    std::unordered_set<std::string> _glyphFileNames;
     uint32_t _unitsPerEm = 1000;
     uint64_t _versionMajor = 1;
     uint64_t _versionMinor = 0;

@@ -4,9 +4,11 @@
 #include "platform/AffineTransform.h"
 #include "platform/Log.h"
 #include "platform/VLException.h"
+#include "reader/VLMappedFileGuard.h"
 #include "thumbnail/VLFontLoader.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace {
 
@@ -27,13 +29,21 @@ void ThumbnailProvider::provideThumbnailForFileRequest_completionHandler(const T
                                                                         const ThumbnailCompletionHandler& handler) const
 {
     try {
+        // A document cut while it is read shows zeros where its end was; it is not to be drawn.
+        uint64_t cuts = countOfCutMappedFiles();
         auto loader = std::make_shared<VLFontLoader>();
         if (!loader->importFontFromURL(request.fileURL()) || loader->font()->countOfGlyphs() == 0) {
             handler(nullptr, replyError(errorCodeUnreadable));
             return;
         }
         Size canvas = loader->layoutThumbnail();
-        if (canvas.width <= VLFontLoader::narrowestAcceptedCanvas) {
+        if (countOfCutMappedFiles() != cuts) {
+            VLLog("The document changed while it was read: " + request.fileURL());
+            handler(nullptr, replyError(errorCodeUnreadable));
+            return;
+        }
+        if (!(canvas.width > VLFontLoader::narrowestAcceptedCanvas) || !std::isfinite(canvas.width) ||
+            !std::isfinite(canvas.height)) {
             handler(nullptr, replyError(errorCodeNothingToShow));
             return;
         }
