@@ -213,6 +213,10 @@ public:
     void stopUpdateInterface();
     void disableUpdateInterface();
     void enableUpdateInterface();
+    // What reading the layers of glyphs may still build, in records (nodes, shapes, anchors,
+    // hints, layers); unbounded unless a request bounds it.
+    uint64_t* outlineRecordsLeft() { return &_outlineRecordsLeft; }
+    void setOutlineRecordsLeft(uint64_t records) { _outlineRecordsLeft = records; }
     void enableFutureUpdates() { _disabledChanges = false; }
     bool isUpdateInterfaceEnabled() const { return !_disabledChanges; }
 
@@ -254,6 +258,7 @@ private:
     VLPlistParseInfo _pInfo;
     std::optional<ValueDictionary> _tempData;
     uint8_t _formatVersion = 3;
+    uint64_t _outlineRecordsLeft = UINT64_MAX;
     int8_t _fontType = FontTypeDefault;
     uint8_t _storedFormatVersion = 0;
     std::string _appVersion;

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <atomic>
+#include <cerrno>
 #include <csignal>
 #include <mutex>
 #include <sys/mman.h>
@@ -22,26 +23,34 @@ std::atomic<uint64_t> cuts{0};
 struct sigaction previousAction;
 uintptr_t pageSize = 0;
 
-// Only async-signal-safe calls here; the mapping goes through the system call itself.
+// Zero pages from the faulting one to the end of the guarded range it lies in; false when it lies
+// in none. Only async-signal-safe calls: the mapping goes through the system call itself.
+bool repair(uintptr_t address)
+{
+    for (const GuardedRange& range : ranges) {
+        uintptr_t begin = range.begin.load(std::memory_order_acquire);
+        uintptr_t end = range.end.load(std::memory_order_acquire);
+        if (begin == 0 || address < begin || address >= end) continue;
+        uintptr_t page = address & ~(pageSize - 1);
+        long zeros = syscall(SYS_mmap, page, end - page, PROT_READ, MAP_PRIVATE | MAP_ANONYMOUS | MAP_FIXED, -1, 0);
+        if (zeros != static_cast<long>(page)) return false;
+        cuts.fetch_add(1, std::memory_order_relaxed);
+        return true;
+    }
+    return false;
+}
+
 void onBusError(int signal, siginfo_t* info, void*)
 {
-    uintptr_t address = reinterpret_cast<uintptr_t>(info->si_addr);
-    if (info->si_code > 0) {
-        for (const GuardedRange& range : ranges) {
-            uintptr_t begin = range.begin.load(std::memory_order_acquire);
-            uintptr_t end = range.end.load(std::memory_order_acquire);
-            if (begin == 0 || address < begin || address >= end) continue;
-            uintptr_t page = address & ~(pageSize - 1);
-            long zeros = syscall(SYS_mmap, page, end - page, PROT_READ, MAP_PRIVATE | MAP_ANONYMOUS | MAP_FIXED, -1, 0);
-            if (zeros == static_cast<long>(page)) {
-                cuts.fetch_add(1, std::memory_order_relaxed);
-                return;
-            }
-        }
+    int savedErrno = errno;
+    // A fault of the hardware has a positive code; a signal sent by a process is not ours to mend.
+    if (info->si_code <= 0 || !repair(reinterpret_cast<uintptr_t>(info->si_addr))) {
+        // The fault happens again on return, under the disposition SIGBUS had before; a sent
+        // signal is sent again.
+        sigaction(signal, &previousAction, nullptr);
+        if (info->si_code <= 0) raise(signal);
     }
-    // Not ours: the fault happens again on return, under the disposition it had before.
-    sigaction(signal, &previousAction, nullptr);
-    if (info->si_code <= 0) raise(signal);
+    errno = savedErrno;
 }
 
 void installHandler()

@@ -12,7 +12,7 @@ std::optional<Value> readPropertyListFile(const std::string& path);
 
 // No property list that a document holds comes near this size. A file beyond it is not read,
 // since libplist's nodes cost many times the bytes they come from.
-inline constexpr size_t VLPropertyListLargestFile = size_t{16} << 20;
+inline constexpr size_t VLPropertyListLargestFile = size_t{4} << 20;
 
 // The whole file when it is a regular file of at most VLPropertyListLargestFile bytes; nothing
 // when it can't be read.

@@ -25,6 +25,7 @@ bool VLFontLoader::importFontFromURL(const std::string& path)
             return false;
         }
         _font = std::move(font);
+        _font->setOutlineRecordsLeft(maximumOutlineRecords);
         return true;
     } catch (const VLException& exception) {
         VLLog("Error while reading the document: " + path + " \n(" + exception.reason() + ")");

@@ -2,6 +2,7 @@
 
 #include "platform/Geometry.h"
 
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <vector>
@@ -26,6 +27,9 @@ public:
     // holds a request for seconds within a few thousand elements. No real glyph comes near these
     // costs at any size: a costlier outline is left out, and so is every fill once a request has
     // spent its share.
+    // Each record read from outlines (a node, a path, a component...) costs a few hundred bytes
+    // by the time it is drawn; a request builds no more than this many, whatever the document.
+    static constexpr uint64_t maximumOutlineRecords = 250000;
     static constexpr double maximumFillCost = 1 << 21;
     static constexpr double maximumFillCostPerThumbnail = 1 << 23;
     // The cost of filling `path` drawn through `toDevice`: the rows crossed by each edge of the
