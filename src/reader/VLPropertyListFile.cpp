@@ -129,8 +129,7 @@ std::optional<std::string> readFileBytes(const std::string& path)
     if (fd < 0) return std::nullopt;
     std::string bytes;
     if (static_cast<uint64_t>(status.st_size) <= VLPropertyListLargestFile) {
-        // One byte more than the limit tells a file that grew meanwhile.
-        bytes.resize(static_cast<size_t>(status.st_size) + 1);
+        bytes.resize(static_cast<size_t>(status.st_size));
         size_t length = 0;
         while (length < bytes.size()) {
             ssize_t n = read(fd, bytes.data() + length, bytes.size() - length);
@@ -141,7 +140,7 @@ std::optional<std::string> readFileBytes(const std::string& path)
         bytes.resize(length);
     }
     close(fd);
-    if (bytes.empty() || bytes.size() > VLPropertyListLargestFile) return std::nullopt;
+    if (bytes.empty()) return std::nullopt;
     return bytes;
 }
 

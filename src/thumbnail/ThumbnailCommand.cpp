@@ -37,9 +37,8 @@ int usageError(const std::string& message)
 bool parseSize(const char* text, long& size)
 {
     char* end = nullptr;
-    errno = 0;
     size = std::strtol(text, &end, 10);
-    return end != text && *end == '\0' && errno == 0 && size >= 1 && size <= ThumbnailCommandLargestSize;
+    return end != text && *end == '\0' && size >= 1 && size <= ThumbnailCommandLargestSize;
 }
 
 std::string describeError(const VLError& error)

@@ -43,8 +43,11 @@ int openEmptyOutput(const std::string& output)
 bool writeIntoEmptyOutput(int fd, const std::vector<uint8_t>& png)
 {
     bool written = writeAll(fd, png);
-    // Emptied again, the file is as it was; should that fail too, there is nothing left to do.
-    if (!written && ftruncate(fd, 0) != 0) written = false;
+    if (!written) {
+        // Emptied again, the file is as it was; should that fail, its error is the one to report.
+        int error = errno;
+        if (ftruncate(fd, 0) == 0) errno = error;
+    }
     return closeKeepingError(fd, written);
 }
 
