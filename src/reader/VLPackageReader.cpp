@@ -36,10 +36,10 @@ bool hasGlyphExtension(const std::string& name)
     return name.size() > extension.size() && name.compare(name.size() - extension.size(), extension.size(), extension) == 0;
 }
 
-// A glyph file that is a link out of the package fails like a file that can't be opened.
+// A glyph file that is a link out of the glyph folder fails like a file that can't be opened.
 std::shared_ptr<VLGlyph> refuseLinkOut(const std::string& name, VLError* error)
 {
-    handOut(error, makePlistFileError(VLPlistFileErrorCode, "Link out of the package: %s", name.c_str()));
+    handOut(error, makePlistFileError(VLPlistFileErrorCode, "Link out of the glyph folder: %s", name.c_str()));
     return nullptr;
 }
 

@@ -13,11 +13,6 @@ constexpr size_t maximumDepth = VLPlistMaximumNesting + 1;
 constexpr uint64_t fixedLookups = uint64_t{1} << 23;
 constexpr uint64_t lookupsPerFileByte = 128;
 
-bool isNameByte(char c)
-{
-    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_' || c == ':';
-}
-
 class ElementWalk {
 public:
     explicit ElementWalk(std::string_view bytes)
@@ -47,7 +42,7 @@ private:
             if (!_keys.empty()) _keys.pop_back();
             return behind(at, ">");
         }
-        if (rest.size() < 2 || !isNameByte(rest[1])) return at + 1;
+        // Anything else is taken for a start tag, which at worst counts an element too many.
         return startTag(at);
     }
 

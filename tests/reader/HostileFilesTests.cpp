@@ -64,13 +64,15 @@ void writePackage(const fs::path& folder)
 TEST(MappedFiles, ADocumentCutWhileMappedFailsInsteadOfRaisingSIGBUS)
 {
     std::string text = mappedDocument();
-    {
+    const size_t page = static_cast<size_t>(sysconf(_SC_PAGESIZE));
+    // The pages behind the cut raise SIGBUS when touched; the one that holds it reads as zeros.
+    for (size_t cut : {3 * page, text.size() / page * page}) {
+        SCOPED_TRACE(cut);
         TemporaryFile file(text);
         VLPlistParseInfo info;
         ASSERT_TRUE(openPlistParseInfo(file.path.c_str(), &info));
         uint64_t cuts = countOfCutMappedFiles();
-        // The pages behind the cut raise SIGBUS when touched; the one that holds it reads as zeros.
-        ASSERT_EQ(truncate(file.path.c_str(), 3 * 4096), 0);
+        ASSERT_EQ(truncate(file.path.c_str(), static_cast<off_t>(cut)), 0);
         EXPECT_TRUE(parsePlistValue(&info, true).isNull());
         EXPECT_GT(countOfCutMappedFiles(), cuts);
         closePlistParseInfo(&info);
@@ -94,6 +96,21 @@ TEST(MappedFiles, ADocumentCutWhileMappedFailsInsteadOfRaisingSIGBUS)
         ASSERT_EQ(truncate((folder.path / "glyphs" / "A_.glyph").c_str(), 0), 0);
         EXPECT_TRUE(font->glyphForName("A")->readLayersFormat(3));
     }
+}
+
+TEST(MappedFiles, ASmallFileShorterThanItsStatusSaidIsReadToItsEnd)
+{
+    // The file shrank between its status and the read: the copy ends where the file ends.
+    TemporaryFile file("{a = 1;}");
+    int fd = open(file.path.c_str(), O_RDONLY);
+    ASSERT_GE(fd, 0);
+    size_t length = 0;
+    VLPlistMapping copy = readPlistFile(fd, 1000, length);
+    close(fd);
+    ASSERT_NE(copy, nullptr);
+    EXPECT_EQ(length, 8u);
+    EXPECT_EQ(std::string(copy.get(), copy.get() + length), "{a = 1;}");
+    for (size_t i = length; i < 1000 + VLPlistZeroPadding; ++i) ASSERT_EQ(copy.get()[i], 0) << i;
 }
 
 TEST(MappedFiles, DocumentsCutAtAnyMomentOfARequestAnswerOrFail)

@@ -194,6 +194,17 @@ TEST(PackageReader, LinksThatLeaveThePackageAreNotFollowed)
         fs::create_symlink(outside.folder / "glyphs" / "B_.glyph", package.folder / "glyphs" / "B_.glyph");
         EXPECT_EQ(font->glyphForName("B"), nullptr) << "nor when a name of the order is looked up";
     }
+    {
+        // Glyph files link only within the glyph folder; one whose name starts with the folder's
+        // is another folder.
+        Package package;
+        package.glyph("A_.glyph", "A", 0);
+        package.write("order.plist", "(\nA\n)\n");
+        fs::create_directory(package.folder / "glyphs-other");
+        package.glyph("../glyphs-other/B_.glyph", "B", 1);
+        fs::create_symlink(package.folder / "glyphs-other" / "B_.glyph", package.folder / "glyphs" / "B_.glyph");
+        EXPECT_EQ(package.read(), nullptr);
+    }
     for (const char* member : {"fontinfo.plist", "order.plist", "glyphs"}) {
         SCOPED_TRACE(member);
         Package package;

@@ -26,10 +26,10 @@ std::string nested(size_t depth, const std::string& open = "<array>")
     return text;
 }
 
-std::string dictionaryOfKeys(size_t count)
+std::string dictionaryOfKeys(size_t count, const std::string& key = "<key>")
 {
     std::string text = "<dict>";
-    for (size_t i = 0; i < count; ++i) text += "<key>k" + std::to_string(i) + "</key><true/>";
+    for (size_t i = 0; i < count; ++i) text += key + "k" + std::to_string(i) + "</key><true/>";
     return text + "</dict>";
 }
 
@@ -71,8 +71,12 @@ TEST(XMLPlist, DictionariesOfManyKeysAreRefusedByTheirCost)
     ASSERT_TRUE(root && root->isDictionary());
     EXPECT_EQ(root->count(), 3000u);
     EXPECT_FALSE(xmlPlistIsSafe(xml(dictionaryOfKeys(100000))));
-    // Many small dictionaries cost little.
+    EXPECT_FALSE(xmlPlistIsSafe(xml(dictionaryOfKeys(100000, "<key xml:space=\"preserve\">"))));
+    // Many small dictionaries cost little, and values other than keys nothing.
     std::string many = "<array>";
     for (int i = 0; i < 2000; ++i) many += dictionaryOfKeys(50);
     EXPECT_TRUE(xmlPlistIsSafe(xml(many + "</array>")));
+    std::string values = "<array>";
+    for (int i = 0; i < 100000; ++i) values += "<true/>";
+    EXPECT_TRUE(xmlPlistIsSafe(xml(values + "</array>")));
 }

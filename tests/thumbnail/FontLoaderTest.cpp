@@ -302,6 +302,14 @@ TEST(FillCost, FollowsTheRowsEveryFlattenedEdgeCrosses)
     AffineTransform sideways;
     sideways.rotateByDegrees(90);
     EXPECT_NEAR(VLFontLoader::fillCost(*line, sideways), 3, 1e-9) << "a horizontal edge crosses one row";
+    // Each subpath is closed, explicitly or by the fill.
+    auto two = BezierPath::bezierPath();
+    two->moveToPoint({0, 50});
+    two->lineToPoint({0, 150});
+    two->closePath();
+    two->moveToPoint({0, 0});
+    two->lineToPoint({0, 50});
+    EXPECT_DOUBLE_EQ(VLFontLoader::fillCost(*two, AffineTransform()), 1 + 101 + 101 + 1 + 51 + 51);
 
     // A curve costs the rows of its control polygon and a row for each line it flattens into,
     // more lines the more it bends.
@@ -311,8 +319,8 @@ TEST(FillCost, FollowsTheRowsEveryFlattenedEdgeCrosses)
     EXPECT_DOUBLE_EQ(VLFontLoader::fillCost(*flat, AffineTransform()), 1 + 301 + 301);
     auto bent = BezierPath::bezierPath();
     bent->moveToPoint({0, 0});
-    bent->curveToPoint_controlPoint1_controlPoint2({0, 0}, {1000, 0}, {1000, 0});
-    // Second differences of 1000 pixels: ceil(sqrt(0.75 x 1000 / 0.1)) = 87 lines.
+    bent->curveToPoint_controlPoint1_controlPoint2({500, 0}, {1000, 0}, {1000, 0});
+    // Second differences of 1000 and 500 pixels: ceil(sqrt(0.75 x 1000 / 0.1)) = 87 lines.
     EXPECT_DOUBLE_EQ(VLFontLoader::fillCost(*bent, AffineTransform()), 1 + 87 + 1);
 
     auto notANumber = BezierPath::bezierPath();
