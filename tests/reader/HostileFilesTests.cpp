@@ -118,13 +118,13 @@ TEST(MappedFiles, DocumentsCutAtAnyMomentOfARequestAnswerOrFail)
     std::string text = mappedDocument();
     TemporaryFile file(text);
     ASSERT_EQ(answerCode(file.path), 0);
-    for (int round = 0; round < 30; ++round) {
+    for (int round = 0; round < 12; ++round) {
         std::ofstream(file.path, std::ios::binary | std::ios::trunc).write(text.data(), static_cast<long>(text.size()));
         std::atomic<bool> started = false;
         std::thread cutter([&] {
             while (!started) std::this_thread::yield();
-            std::this_thread::sleep_for(std::chrono::microseconds(round * 100));
-            truncate(file.path.c_str(), static_cast<off_t>(round * 40009));
+            std::this_thread::sleep_for(std::chrono::microseconds(round * 250));
+            truncate(file.path.c_str(), static_cast<off_t>(round * 90001));
         });
         started = true;
         long code = answerCode(file.path);
