@@ -11,6 +11,7 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <unordered_set>
 #include <vector>
 
 class VLAxis;
@@ -57,7 +58,11 @@ public:
     void setGlyphs(std::vector<std::shared_ptr<VLGlyph>> glyphs);
     void addGlyphFast(const std::shared_ptr<VLGlyph>& glyph);
     const std::vector<std::string>& glyphFiles() const { return _glyphFiles; }
-    void setGlyphFiles(std::vector<std::string> names) { _glyphFiles = std::move(names); }
+    void setGlyphFiles(std::vector<std::string> names)
+    {
+        _glyphFiles = std::move(names);
+        _glyphFileNames.clear();
+    }
     // The larger of the loaded glyphs and the glyph files of a package.
     size_t countOfGlyphs() const { return std::max(_glyphs.size(), _glyphFiles.size()); }
     // The loaded glyphs alone.
@@ -234,6 +239,10 @@ public:
     void stopUpdateInterface();
     void disableUpdateInterface();
     void enableUpdateInterface();
+    // What reading the layers of glyphs may still build, in records (nodes, shapes, anchors,
+    // hints, layers); unbounded unless a request bounds it.
+    uint64_t* outlineRecordsLeft() { return &_outlineRecordsLeft; }
+    void setOutlineRecordsLeft(uint64_t records) { _outlineRecordsLeft = records; }
     void enableFutureUpdates() { _disabledChanges = false; }
     bool isUpdateInterfaceEnabled() const { return !_disabledChanges; }
 
@@ -245,6 +254,8 @@ private:
 
     std::vector<std::shared_ptr<VLGlyph>> _glyphs;
     std::vector<std::string> _glyphFiles;
+    // The same names, for lookups; filled when first asked.
+    std::unordered_set<std::string> _glyphFileNames;
     uint32_t _unitsPerEm = 1000;
     uint64_t _versionMajor = 1;
     uint64_t _versionMinor = 0;
@@ -273,6 +284,7 @@ private:
     VLPlistParseInfo _pInfo;
     std::optional<ValueDictionary> _tempData;
     uint8_t _formatVersion = 3;
+    uint64_t _outlineRecordsLeft = UINT64_MAX;
     int8_t _fontType = FontTypeDefault;
     uint8_t _storedFormatVersion = 0;
     std::string _appVersion;

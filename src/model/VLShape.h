@@ -4,6 +4,7 @@
 #include "platform/Geometry.h"
 #include "platform/Value.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -30,6 +31,10 @@ struct VLStrokeSettings {
     bool mask = false;
 };
 
+// No glyph is drawn with this many paths and components in one layer; a layer that has more
+// fails to read, with the glyph's other layers.
+inline constexpr size_t VLLayerMaximumShapes = 16384;
+
 class VLShape : public std::enable_shared_from_this<VLShape> {
 public:
     static constexpr uint16_t VLShapeTypePath = 2;
@@ -41,6 +46,9 @@ public:
     // A member of a layer's "shapes": a path or a component, decided by the keys it holds.
     static std::shared_ptr<VLShape> initWithVelmorParser_format(VLPlistParseInfo* info, uint8_t format);
     static constexpr const char* className = "VLShape";
+    // Lists of shapes end here, long before a layer's could cost much memory; the elements of a
+    // layer that are shapes too (anchors, hints) share the bound, nodes have their own.
+    static constexpr size_t maximumInList = VLLayerMaximumShapes;
 
     virtual uint16_t shapeType() const;
     virtual std::shared_ptr<VLShape> copy() const;
