@@ -139,8 +139,10 @@ TEST(ThumbnailCommand, AFileSizeLimitEndsInExitStatus74WithNothingLeft)
     EXPECT_GT(fs::file_size(empty), 1024u);
 }
 
-TEST(ThumbnailCommand, AMetricThatIsNoNumberHasNothingToShow)
+TEST(ThumbnailCommand, AMetricThatIsNoNumberReadsAsZero)
 {
+    // A NaN ascender once reached the command's pixel arithmetic; the metric reads as 0 now, and
+    // the picture has the size of a canvas without an ascender.
     TemporaryFile document("{\n.formatVersion = 3;\nfontMaster = (\n{\nid = m01;\nmetricValues = (\n{\npos = nan;\n}\n);\n}"
                            "\n);\nglyphs = (\n{\nglyphname = A;\nlayers = (\n{\nlayerId = m01;\nshapes = (\n{\nclosed = 1;\n"
                            "nodes = (\n(0,0,l),\n(500,0,l),\n(500,700,l)\n);\n}\n);\nwidth = 600;\n}\n);\n},\n{\n"
@@ -149,10 +151,14 @@ TEST(ThumbnailCommand, AMetricThatIsNoNumberHasNothingToShow)
     VLError error;
     auto font = VLFont::initWithURL_error(document.path, &error);
     ASSERT_NE(font, nullptr);
-    ASSERT_TRUE(std::isnan(font->fontMasterAtIndex(0)->defaultAscender()));
+    EXPECT_EQ(font->fontMasterAtIndex(0)->defaultAscender(), 0.0);
     ThumbnailCommandOptions options;
     options.input = document.path;
     std::vector<uint8_t> bytes;
-    EXPECT_EQ(renderThumbnailCommand(options, bytes), ThumbnailCommandExitNothingDrawn);
-    EXPECT_TRUE(bytes.empty());
+    ASSERT_EQ(renderThumbnailCommand(options, bytes), 0);
+    ASSERT_GT(bytes.size(), 24u);
+    auto word = [&](size_t at) { return uint32_t{bytes[at]} << 24 | uint32_t{bytes[at + 1]} << 16 | uint32_t{bytes[at + 2]} << 8 | bytes[at + 3]; };
+    // Canvas 100 + 600 + 500 + 100 by 0 - 0 + 200: 256 by ceil(256 / 1300 x 200).
+    EXPECT_EQ(word(16), 256u);
+    EXPECT_EQ(word(20), 40u);
 }
