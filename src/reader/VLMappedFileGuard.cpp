@@ -11,8 +11,9 @@
 
 namespace {
 
-// A slot is free while its begin is 0. The handler reads the slots without a lock, so a slot is
-// filled end first and emptied begin first.
+// A slot is free while its begin is 0 and guards only while its end is set. The handler reads
+// the slots without a lock, so a slot is claimed by its begin before its end is set, and its end
+// is cleared before its begin frees it.
 struct GuardedRange {
     std::atomic<uintptr_t> begin{0};
     std::atomic<uintptr_t> end{0};
