@@ -1,8 +1,8 @@
 #pragma once
 
-#include "model/VLUnsetValue.h"
-#include "platform/NumberConversion.h"
 #include "platform/Geometry.h"
+#include "platform/NumberConversion.h"
+#include "platform/VLUnsetValue.h"
 
 #include <cmath>
 

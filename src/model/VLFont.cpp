@@ -1,11 +1,11 @@
 #include "model/VLFont.h"
 
+#include "model/VLAxis.h"
 #include "model/VLCustomParameter.h"
 #include "model/VLFontMaster.h"
-#include "model/VLLayer.h"
-#include "model/VLAxis.h"
 #include "model/VLGlyph.h"
 #include "model/VLInstance.h"
+#include "model/VLLayer.h"
 #include "model/VLMetric.h"
 #include "model/VLUserData.h"
 
@@ -21,11 +21,6 @@ std::shared_ptr<VLFont> VLFont::init()
     master->setId(std::string("m01"));
     font->addFontMaster(master);
     return font;
-}
-
-VLFont::~VLFont()
-{
-    closePlistParseInfo(&_pInfo);
 }
 
 void VLFont::setGlyphs(std::vector<std::shared_ptr<VLGlyph>> glyphs)

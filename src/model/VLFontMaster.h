@@ -1,8 +1,8 @@
 #pragma once
 
 #include "model/VLCustomParameterOwner.h"
-#include "model/VLUnsetValue.h"
 #include "platform/Geometry.h"
+#include "platform/VLUnsetValue.h"
 #include "platform/Value.h"
 
 #include <cstddef>

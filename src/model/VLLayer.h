@@ -3,9 +3,9 @@
 #include "model/VLColorIndex.h"
 #include "model/VLContainer.h"
 #include "model/VLOrderedDictionary.h"
-#include "model/VLUnsetValue.h"
 #include "platform/Color.h"
 #include "platform/Geometry.h"
+#include "platform/VLUnsetValue.h"
 #include "platform/Value.h"
 
 #include <cstdint>

@@ -3,8 +3,8 @@
 
 #include "model/VLCustomParameter.h"
 #include "model/VLLayer.h"
-#include "model/VLUnsetValue.h"
 #include "platform/VLException.h"
+#include "platform/VLUnsetValue.h"
 
 #include <algorithm>
 #include <cmath>

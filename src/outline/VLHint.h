@@ -1,7 +1,7 @@
 #pragma once
 
 #include "model/VLElement.h"
-#include "model/VLUnsetValue.h"
+#include "platform/VLUnsetValue.h"
 
 #include <array>
 #include <cstdint>

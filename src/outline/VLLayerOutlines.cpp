@@ -1,11 +1,11 @@
 #include "geometry/VLBezierPathPen.h"
-#include "geometry/VLPathPen.h"
 #include "model/VLFont.h"
 #include "model/VLGlyph.h"
 #include "model/VLLayer.h"
 #include "outline/VLComponent.h"
 #include "outline/VLHint.h"
 #include "outline/VLPath.h"
+#include "outline/VLPathPen.h"
 #include "platform/BezierPath.h"
 
 #include <algorithm>

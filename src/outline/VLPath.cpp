@@ -1,8 +1,8 @@
 #include "outline/VLPath.h"
 
-#include "model/VLFont.h"
-#include "model/VLUnsetValue.h"
 #include "geometry/VLGeometry.h"
+#include "model/VLFont.h"
+#include "platform/VLUnsetValue.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,8 +1,8 @@
 #include "geometry/VLCubic.h"
-#include "model/VLUnsetValue.h"
 #include "outline/VLCurveBounds.h"
 #include "outline/VLPath.h"
 #include "platform/AffineTransform.h"
+#include "platform/VLUnsetValue.h"
 
 #include <algorithm>
 #include <vector>

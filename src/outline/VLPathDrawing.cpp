@@ -2,11 +2,11 @@
 #include "geometry/VLGeometry.h"
 #include "geometry/VLPenProtocol.h"
 #include "model/VLLayer.h"
-#include "model/VLUnsetValue.h"
 #include "outline/VLHint.h"
 #include "outline/VLNode.h"
 #include "outline/VLPath.h"
 #include "outline/VLSegmentCrossing.h"
+#include "platform/VLUnsetValue.h"
 
 #include <algorithm>
 #include <array>

@@ -1,9 +1,9 @@
 #include "geometry/VLCubic.h"
-#include "platform/NumberConversion.h"
 #include "geometry/VLGeometry.h"
-#include "model/VLUnsetValue.h"
 #include "outline/VLPath.h"
 #include "outline/VLSegmentCrossing.h"
+#include "platform/NumberConversion.h"
+#include "platform/VLUnsetValue.h"
 
 #include <algorithm>
 #include <cmath>

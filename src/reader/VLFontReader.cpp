@@ -60,7 +60,8 @@ std::shared_ptr<VLFont> VLFont::initWithVelmorFileAtPath_error(const std::string
 
     bool exists = false;
     std::string file = isDirectory(path, exists) ? path + "/fontinfo.plist" : path;
-    VLPlistParseInfo* info = &font->_pInfo;
+    font->_pInfo = std::make_shared<VLPlistParseInfo>();
+    VLPlistParseInfo* info = font->_pInfo.get();
     if (!openPlistParseInfo(file.c_str(), info)) {
         if (info->error) handOut(error, *info->error);
         return nullptr;

@@ -7,7 +7,7 @@ bool VLGlyph::readLayersFormat(uint8_t format)
 {
     if (!_fileStart) return true;
     // The text of a glyph of a text document belongs to the font, which must still be there.
-    if (_pInfo != &_pInfoStore && !parent()) return false;
+    if (_pInfo != _pInfoStore.get() && !parent()) return false;
     VLPlistParseInfo* info = _pInfo;
     info->curr = _fileStart;
     info->error.reset();

@@ -1,6 +1,7 @@
 #include "model/VLFont.h"
 #include "model/VLGlyph.h"
 #include "platform/ParallelFor.h"
+#include "platform/VLError.h"
 
 #include <algorithm>
 #include <dirent.h>

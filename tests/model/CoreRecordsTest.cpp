@@ -2,8 +2,8 @@
 #include "model/VLFontMaster.h"
 #include "model/VLGlyph.h"
 #include "model/VLLayer.h"
-#include "model/VLUnsetValue.h"
 #include "platform/VLException.h"
+#include "platform/VLUnsetValue.h"
 #include "support/TestShapes.h"
 
 #include <gtest/gtest.h>

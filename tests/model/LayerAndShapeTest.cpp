@@ -2,10 +2,10 @@
 #include "model/VLFontMaster.h"
 #include "model/VLGlyph.h"
 #include "model/VLLayer.h"
-#include "model/VLUnsetValue.h"
 #include "outline/VLAnchor.h"
 #include "platform/BezierPath.h"
 #include "platform/VLException.h"
+#include "platform/VLUnsetValue.h"
 #include "support/TestShapes.h"
 
 #include <gtest/gtest.h>

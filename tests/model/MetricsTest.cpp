@@ -4,8 +4,8 @@
 #include "model/VLLayer.h"
 #include "model/VLMetric.h"
 #include "model/VLMetricValue.h"
-#include "model/VLUnsetValue.h"
 #include "platform/Predicate.h"
+#include "platform/VLUnsetValue.h"
 
 #include <gtest/gtest.h>
 

@@ -1,16 +1,16 @@
 #include "geometry/VLBezierPathPen.h"
-#include "geometry/VLPathPen.h"
 #include "model/VLAxis.h"
 #include "model/VLFont.h"
 #include "model/VLFontMaster.h"
 #include "model/VLGlyph.h"
 #include "model/VLLayer.h"
-#include "model/VLUnsetValue.h"
 #include "outline/VLComponent.h"
 #include "outline/VLHint.h"
 #include "outline/VLNode.h"
 #include "outline/VLPath.h"
+#include "outline/VLPathPen.h"
 #include "platform/BezierPath.h"
+#include "platform/VLUnsetValue.h"
 #include "support/TestShapes.h"
 
 #include <gtest/gtest.h>

@@ -1,7 +1,7 @@
 #include "model/VLLayer.h"
-#include "model/VLUnsetValue.h"
 #include "outline/VLPath.h"
 #include "platform/AffineTransform.h"
+#include "platform/VLUnsetValue.h"
 
 #include <gtest/gtest.h>
 

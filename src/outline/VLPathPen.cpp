@@ -1,4 +1,4 @@
-#include "geometry/VLPathPen.h"
+#include "outline/VLPathPen.h"
 
 #include "model/VLLayer.h"
 #include "outline/VLHint.h"
