@@ -5,9 +5,6 @@
 
 namespace {
 
-constexpr double DegreesPerRadian = 57.29577951308232;
-constexpr double RadiansPerDegree = 0.017453292519943295;
-
 Point lineFoot(Point p, Point a, Point b)
 {
     double dx = b.x - a.x;
@@ -38,7 +35,7 @@ double VLVectorAngle(double dx, double dy)
 {
     if (std::fabs(dx) < 0.01 && std::fabs(dy) < 0.01) return 0.0;
     if (dx == 0.0) return dy >= 0.0 ? 90.0 : 270.0;
-    double angle = std::atan(VLSinglePrecision(dy / dx)) * DegreesPerRadian;
+    double angle = std::atan(VLSinglePrecision(dy / dx)) * VLDegreesPerRadian;
     return dx > 0.0 ? angle : angle + 180.0;
 }
 
@@ -97,7 +94,7 @@ double VLGeometry::angleBetweenVector_andVector(Point a, Point b)
     double d = (a.x * b.x + a.y * b.y) / lengths;
     if (d < -0.999999) return 180.0;
     if (d > 0.999999) return 0.0;
-    double angle = std::acos(VLSinglePrecision(d)) * DegreesPerRadian;
+    double angle = std::acos(VLSinglePrecision(d)) * VLDegreesPerRadian;
     return a.x * b.y - a.y * b.x > 0 ? -angle : angle;
 }
 
@@ -114,7 +111,7 @@ bool VLGeometry::angle_toRun_rise(double degrees, int& run, int& rise)
         rise = 1;
         return true;
     }
-    double slope = std::tan(degrees * RadiansPerDegree);
+    double slope = std::tan(degrees * VLRadiansPerDegree);
     double target = std::fabs(slope);
     bool found = false;
     run = 1;

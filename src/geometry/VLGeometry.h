@@ -6,6 +6,9 @@
 
 #include <cmath>
 
+inline constexpr double VLDegreesPerRadian = 57.29577951308232;
+inline constexpr double VLRadiansPerDegree = 0.017453292519943295;
+
 inline double VLSquareDistance(Point a, Point b)
 {
     double dx = b.x - a.x;

@@ -94,7 +94,7 @@ long VLLayer::countOfPaths()
     std::lock_guard lock(_monitor);
     if (_numberOfPaths < 0) {
         _numberOfPaths = 0;
-        for (const auto& shape : _shapes) _numberOfPaths += shape->shapeType() == VLShape::VLShapeTypePath;
+        for (const auto& shape : _shapes) _numberOfPaths += shape->shapeType() == VLShapeType::Path;
     }
     return _numberOfPaths;
 }
@@ -105,7 +105,7 @@ long VLLayer::countOfComponents()
     if (_numberOfComponents < 0) {
         _numberOfComponents = 0;
         for (const auto& shape : _shapes)
-            _numberOfComponents += shape->shapeType() == VLShape::VLShapeTypeComponent;
+            _numberOfComponents += shape->shapeType() == VLShapeType::Component;
     }
     return _numberOfComponents;
 }
@@ -116,9 +116,9 @@ void VLLayer::_enumerateShapes_doPaths_doComponents_indexPath_usingBlock(const S
                                                                         const ShapeBlock& block, bool& stop)
 {
     for (size_t i = 0; i < shapes.size() && !stop; ++i) {
-        uint16_t type = shapes[i]->shapeType();
-        bool wanted = (doPaths && type == VLShape::VLShapeTypePath) ||
-                      (doComponents && type == VLShape::VLShapeTypeComponent);
+        VLShapeType type = shapes[i]->shapeType();
+        bool wanted = (doPaths && type == VLShapeType::Path) ||
+                      (doComponents && type == VLShapeType::Component);
         if (!wanted) continue;
         indexPath.push_back(i);
         block(shapes[i], indexPath, stop);

@@ -25,7 +25,7 @@ template <typename Visit> void forEachComponentName(const VLLayer::Shapes& shape
 {
     std::set<std::string> seen;
     for (const auto& shape : shapes) {
-        if (shape->shapeType() != VLShape::VLShapeTypeComponent) continue;
+        if (shape->shapeType() != VLShapeType::Component) continue;
         const std::string& name = static_cast<const VLComponent&>(*shape).componentName();
         if (seen.insert(name).second) visit(name);
     }
@@ -58,7 +58,7 @@ std::shared_ptr<BezierPath> VLLayer::_bezierPathFast(bool fast)
     auto secondaryPath = _secondaryPath ? _secondaryPath : BezierPath::bezierPath();
     VLBezierPathPen secondary(*secondaryPath);
     for (const auto& shape : working->shapes()) {
-        if (shape->shapeType() != VLShape::VLShapeTypePath) continue;
+        if (shape->shapeType() != VLShapeType::Path) continue;
         BezierPath contour;
         VLBezierPathPen pen(contour);
         shape->drawInPen_openPen_secondaryPen_extraHandles(pen, pen, fast ? nullptr : &secondary, &_extraHandles);
@@ -84,7 +84,7 @@ bool VLLayer::flattenOutlines()
     if (_secondaryPath) {
         secondary = std::make_unique<VLBezierPathPen>(*_secondaryPath);
         for (const auto& shape : _shapes)
-            if (shape->shapeType() == VLShape::VLShapeTypePath) shape->drawSimpleInPen(*secondary);
+            if (shape->shapeType() == VLShapeType::Path) shape->drawSimpleInPen(*secondary);
     }
     for (const auto& shape : _shapes) shape->drawInPen_openPen_secondaryPen_extraHandles(pen, pen, secondary.get(), nullptr);
     // Corners that were drawn are part of the outline now.
@@ -253,7 +253,7 @@ void VLLayer::decomposeComponents()
     VLPathPen pen;
     Shapes kept;
     for (const auto& shape : _shapes) {
-        if (shape->shapeType() == VLShape::VLShapeTypeComponent)
+        if (shape->shapeType() == VLShapeType::Component)
             shape->drawInPen(pen);
         else
             kept.push_back(shape);

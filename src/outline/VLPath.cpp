@@ -85,14 +85,15 @@ void VLPath::addNodeFast(const std::shared_ptr<VLNode>& node)
     _nodes.push_back(node);
 }
 
-std::shared_ptr<VLNode> VLPath::addNodeWithPosition_type_connection(Point position, uint8_t type, uint8_t connection)
+std::shared_ptr<VLNode> VLPath::addNodeWithPosition_type_connection(Point position, VLNodeType type,
+                                                                    uint8_t connection)
 {
     auto node = VLNode::initWithPosition_type_connection(position, type, connection);
     addNode(node);
     return node;
 }
 
-std::shared_ptr<VLNode> VLPath::addNodeFastWithPosition_type_connection(Point position, uint8_t type,
+std::shared_ptr<VLNode> VLPath::addNodeFastWithPosition_type_connection(Point position, VLNodeType type,
                                                                         uint8_t connection)
 {
     auto node = VLNode::initWithPosition_type_connection(position, type, connection);
@@ -102,16 +103,16 @@ std::shared_ptr<VLNode> VLPath::addNodeFastWithPosition_type_connection(Point po
 
 void VLPath::addCurveWithOff1_off2_end_connection(Point off1, Point off2, Point end, uint8_t connection)
 {
-    addNodeWithPosition_type_connection(off1, VLNode::OFFCURVE, VLNode::SHARP);
-    addNodeWithPosition_type_connection(off2, VLNode::OFFCURVE, VLNode::SHARP);
-    addNodeWithPosition_type_connection(end, VLNode::CURVE, connection);
+    addNodeWithPosition_type_connection(off1, VLNodeType::OFFCURVE, VLNode::SHARP);
+    addNodeWithPosition_type_connection(off2, VLNodeType::OFFCURVE, VLNode::SHARP);
+    addNodeWithPosition_type_connection(end, VLNodeType::CURVE, connection);
 }
 
 void VLPath::addCurveFastWithOff1_off2_end_connection(Point off1, Point off2, Point end, uint8_t connection)
 {
-    addNodeFastWithPosition_type_connection(off1, VLNode::OFFCURVE, VLNode::SHARP);
-    addNodeFastWithPosition_type_connection(off2, VLNode::OFFCURVE, VLNode::SHARP);
-    addNodeFastWithPosition_type_connection(end, VLNode::CURVE, connection);
+    addNodeFastWithPosition_type_connection(off1, VLNodeType::OFFCURVE, VLNode::SHARP);
+    addNodeFastWithPosition_type_connection(off2, VLNodeType::OFFCURVE, VLNode::SHARP);
+    addNodeFastWithPosition_type_connection(end, VLNodeType::CURVE, connection);
 }
 
 void VLPath::addNodes(const Nodes& nodes)
@@ -228,9 +229,9 @@ bool VLPath::hasTrueTypeCurve() const
     bool hasOffcurve = false;
     bool hasCurve = false;
     for (const auto& node : _nodes) {
-        if (node->type() == VLNode::QCURVE) return true;
+        if (node->type() == VLNodeType::QCURVE) return true;
         hasOffcurve |= node->isOffcurve();
-        hasCurve |= node->type() == VLNode::CURVE;
+        hasCurve |= node->type() == VLNodeType::CURVE;
     }
     return hasOffcurve && !hasCurve;
 }
@@ -238,8 +239,8 @@ bool VLPath::hasTrueTypeCurve() const
 bool VLPath::hasTrueTypeOutline() const
 {
     for (const auto& node : _nodes) {
-        if (node->type() == VLNode::CURVE) return false;
-        if (node->type() == VLNode::QCURVE) return true;
+        if (node->type() == VLNodeType::CURVE) return false;
+        if (node->type() == VLNodeType::QCURVE) return true;
     }
     return true;
 }
@@ -247,8 +248,8 @@ bool VLPath::hasTrueTypeOutline() const
 bool VLPath::hasHobbyCurve() const
 {
     for (const auto& node : _nodes) {
-        if (node->type() == VLNode::CURVE) return false;
-        if (node->type() == VLNode::HOBBY) return true;
+        if (node->type() == VLNodeType::CURVE) return false;
+        if (node->type() == VLNodeType::HOBBY) return true;
     }
     return false;
 }

@@ -37,7 +37,7 @@ public:
     // so that they survive the replacing of the nodes.
     static void findHint_forPoint_index(const std::vector<std::shared_ptr<VLHint>>& hints, Point point, long index);
 
-    uint16_t shapeType() const override { return VLShapeTypePath; }
+    VLShapeType shapeType() const override { return VLShapeType::Path; }
     std::shared_ptr<VLShape> copy() const override { return copyPath(); }
     // Nodes are copied without their user data.
     std::shared_ptr<VLPath> copyPath() const;
@@ -63,8 +63,9 @@ public:
     void setNodesFast(Nodes nodes);
     void addNode(const std::shared_ptr<VLNode>& node);
     void addNodeFast(const std::shared_ptr<VLNode>& node);
-    std::shared_ptr<VLNode> addNodeWithPosition_type_connection(Point position, uint8_t type, uint8_t connection);
-    std::shared_ptr<VLNode> addNodeFastWithPosition_type_connection(Point position, uint8_t type, uint8_t connection);
+    std::shared_ptr<VLNode> addNodeWithPosition_type_connection(Point position, VLNodeType type, uint8_t connection);
+    std::shared_ptr<VLNode> addNodeFastWithPosition_type_connection(Point position, VLNodeType type,
+                                                                    uint8_t connection);
     void addCurveWithOff1_off2_end_connection(Point off1, Point off2, Point end, uint8_t connection);
     void addCurveFastWithOff1_off2_end_connection(Point off1, Point off2, Point end, uint8_t connection);
     void addNodes(const Nodes& nodes);
@@ -100,7 +101,6 @@ public:
 
     // Tight bounds of the outline; an empty path has x = VLUnsetValue.
     Rect bounds() const override;
-    Rect fastBounds() const override { return fastBoundsTransform(nullptr); }
     // Bounds of all nodes, off-curve included, within +-30000.
     Rect fastBoundsTransform(const AffineTransform* transform) const override;
 

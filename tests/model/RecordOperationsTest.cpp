@@ -10,7 +10,7 @@
 
 TEST(ShapeAttributes, ColoursAndNumbersAreNormalised)
 {
-    TestShape shape(VLShape::VLShapeTypePath);
+    TestShape shape(VLShapeType::Path);
     shape.setAttribute_forKey(Value("255,0,0,255"), "fillColor");
     ASSERT_TRUE(shape.attributeForKey("fillColor").isColor());
     EXPECT_EQ(shape.attributeForKey("fillColor").color()->rgba()[0], 1.0);

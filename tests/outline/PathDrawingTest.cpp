@@ -37,7 +37,7 @@ struct PathInFont {
         layer->addShapeFast(path);
     }
 
-    void add(Point p, uint8_t type) { path->addNodeFastWithPosition_type_connection(p, type, VLNode::SHARP); }
+    void add(Point p, VLNodeType type) { path->addNodeFastWithPosition_type_connection(p, type, VLNode::SHARP); }
 
     BezierPath draw()
     {
@@ -62,12 +62,12 @@ std::vector<Point> pointsOf(const BezierPath& path)
 
 void addCurvedSquare(PathInFont& f)
 {
-    f.add({100.4, 0.6}, VLNode::LINE);
-    f.add({150.3, 10.2}, VLNode::OFFCURVE);
-    f.add({190.7, 50.6}, VLNode::OFFCURVE);
-    f.add({200.2, 100.8}, VLNode::CURVE);
-    f.add({0.3, 100.1}, VLNode::LINE);
-    f.add({0.4, 0.4}, VLNode::LINE);
+    f.add({100.4, 0.6}, VLNodeType::LINE);
+    f.add({150.3, 10.2}, VLNodeType::OFFCURVE);
+    f.add({190.7, 50.6}, VLNodeType::OFFCURVE);
+    f.add({200.2, 100.8}, VLNodeType::CURVE);
+    f.add({0.3, 100.1}, VLNodeType::LINE);
+    f.add({0.4, 0.4}, VLNodeType::LINE);
     f.path->setClosed(true);
 }
 
@@ -120,22 +120,22 @@ TEST(PathDrawing, OpenPathsSingleNodesAndOffCurveContours)
 {
     {
         PathInFont f(0);
-        f.add({0, 0}, VLNode::LINE);
-        f.add({10, 0}, VLNode::LINE);
-        f.add({10, 10}, VLNode::LINE);
+        f.add({0, 0}, VLNodeType::LINE);
+        f.add({10, 0}, VLNodeType::LINE);
+        f.add({10, 10}, VLNodeType::LINE);
         BezierPath out = f.draw();
         EXPECT_EQ(out.elementCount(), 3) << "move and two lines, no close";
         EXPECT_FALSE(VLBezierPathPen::closed(out));
     }
     {
         PathInFont f(0);
-        f.add({5, 5}, VLNode::LINE);
+        f.add({5, 5}, VLNodeType::LINE);
         f.path->setClosed(true);
         EXPECT_EQ(f.draw().elementCount(), 3) << "a closed single node draws a move and a close";
     }
     {
         PathInFont f(0);
-        for (Point p : {Point{0, 0}, Point{100, 0}, Point{100, 100}, Point{0, 100}}) f.add(p, VLNode::OFFCURVE);
+        for (Point p : {Point{0, 0}, Point{100, 0}, Point{100, 100}, Point{0, 100}}) f.add(p, VLNodeType::OFFCURVE);
         f.path->setClosed(true);
         BezierPath out = f.draw();
         EXPECT_EQ(out.elementAtIndex(0), BezierPathElement::MoveTo);
@@ -149,10 +149,10 @@ TEST(PathDrawing, OpenPathsSingleNodesAndOffCurveContours)
 TEST(PathDrawing, QuadraticRunsDrawAsCubicsThroughTheirImpliedPoints)
 {
     PathInFont f(0);
-    f.add({0, 0}, VLNode::LINE);
-    f.add({0, 90}, VLNode::OFFCURVE);
-    f.add({60, 90}, VLNode::OFFCURVE);
-    f.add({90, 0}, VLNode::QCURVE);
+    f.add({0, 0}, VLNodeType::LINE);
+    f.add({0, 90}, VLNodeType::OFFCURVE);
+    f.add({60, 90}, VLNodeType::OFFCURVE);
+    f.add({90, 0}, VLNodeType::QCURVE);
     f.path->setClosed(true);
     BezierPath out = f.draw();
     ASSERT_EQ(out.elementCount(), 6) << "move, two cubics, the closing line left to close, trailing move";
@@ -170,21 +170,21 @@ TEST(PathDrawing, QuadraticRunsDrawAsCubicsThroughTheirImpliedPoints)
 TEST(PathDrawing, HobbyNodesDrawAsTheCurvesTheyStore)
 {
     // A round contour of off-curve nodes and curve ends, once as CURVE and once as HOBBY.
-    auto contour = [](uint8_t end) {
+    auto contour = [](VLNodeType end) {
         PathInFont f(0);
-        for (Point p : {Point{100, 0}, Point{155, 0}, Point{200, 45}, Point{200, 100}}) f.add(p, VLNode::OFFCURVE);
+        for (Point p : {Point{100, 0}, Point{155, 0}, Point{200, 45}, Point{200, 100}}) f.add(p, VLNodeType::OFFCURVE);
         f.path->nodeAtIndex(3)->setTypeFast(end);
-        for (Point p : {Point{200, 155}, Point{155, 200}, Point{100, 200}}) f.add(p, VLNode::OFFCURVE);
+        for (Point p : {Point{200, 155}, Point{155, 200}, Point{100, 200}}) f.add(p, VLNodeType::OFFCURVE);
         f.path->nodeAtIndex(6)->setTypeFast(end);
         for (Point p : {Point{45, 200}, Point{0, 155}, Point{0, 100}, Point{0, 45}, Point{45, 0}, Point{100, 0}})
-            f.add(p, VLNode::OFFCURVE);
+            f.add(p, VLNodeType::OFFCURVE);
         f.path->nodeAtIndex(9)->setTypeFast(end);
         f.path->nodeAtIndex(12)->setTypeFast(end);
         f.path->removeObjectFromNodesAtIndex(0);
         f.path->setClosed(true);
         return f;
     };
-    PathInFont curves = contour(VLNode::CURVE), hobby = contour(VLNode::HOBBY);
+    PathInFont curves = contour(VLNodeType::CURVE), hobby = contour(VLNodeType::HOBBY);
     BezierPath expected = curves.draw();
     ASSERT_EQ(expected.elementCount(), 7);
     EXPECT_EQ(pointsOf(hobby.draw()), pointsOf(expected));
@@ -205,10 +205,10 @@ TEST(LayerOutlines, ClosedAndOpenContoursAreKeptApart)
 {
     PathInFont f(0);
     f.layer->addShapeFast(rectanglePath(0, 0, 100, 100));
-    f.add({0, 0}, VLNode::LINE);
-    f.add({50, 200}, VLNode::LINE);
+    f.add({0, 0}, VLNodeType::LINE);
+    f.add({50, 200}, VLNodeType::LINE);
     auto single = VLPath::init();
-    single->addNodeFastWithPosition_type_connection({7, 7}, VLNode::LINE, VLNode::SHARP);
+    single->addNodeFastWithPosition_type_connection({7, 7}, VLNodeType::LINE, VLNode::SHARP);
     f.layer->addShapeFast(single);
     f.layer->setNeedUpdateShapes();
 
@@ -266,7 +266,7 @@ TEST(Compatibility, FingerprintsOfMasterLayers)
 TEST(PathDrawing, SmallOutsideOverlapsBetweenSharpCornersAreCut)
 {
     PathInFont f(0);
-    for (Point p : {Point{0, 0}, Point{100, 0}, Point{97, -10}, Point{0, 30}}) f.add(p, VLNode::LINE);
+    for (Point p : {Point{0, 0}, Point{100, 0}, Point{97, -10}, Point{0, 30}}) f.add(p, VLNodeType::LINE);
     f.path->setClosed(true);
     auto points = pointsOf(f.draw());
     ASSERT_EQ(points.size(), 4u) << "the step to (97, -10) is gone";
@@ -275,7 +275,7 @@ TEST(PathDrawing, SmallOutsideOverlapsBetweenSharpCornersAreCut)
     EXPECT_NEAR(points[2].y, 0, 1e-9);
 
     PathInFont smooth(0);
-    for (Point p : {Point{0, 0}, Point{100, 0}, Point{97, -10}, Point{0, 30}}) smooth.add(p, VLNode::LINE);
+    for (Point p : {Point{0, 0}, Point{100, 0}, Point{97, -10}, Point{0, 30}}) smooth.add(p, VLNodeType::LINE);
     smooth.path->nodeAtIndex(1)->setConnectionFast(VLNode::SMOOTH);
     smooth.path->setClosed(true);
     EXPECT_EQ(pointsOf(smooth.draw()).size(), 5u) << "only sharp corners are cut";
@@ -303,18 +303,18 @@ TEST(LayerOutlines, GlyphMetricsComeFromTheAssociatedMaster)
 TEST(LayerOutlines, DecomposingCornersDropsTheDrawnCornerHints)
 {
     PathInFont f(0);
-    for (Point p : {Point{0, 0}, Point{100, 0}, Point{100, 100}}) f.add(p, VLNode::LINE);
+    for (Point p : {Point{0, 0}, Point{100, 0}, Point{100, 100}}) f.add(p, VLNodeType::LINE);
     f.path->setClosed(true);
     f.layer->decomposeCorners();
     EXPECT_EQ(f.layer->shapes()[0], f.path) << "without corner hints nothing changes";
 
     auto corner = VLHint::init();
-    corner->setType(VLHint::Corner);
+    corner->setType(VLHintType::Corner);
     corner->setName("_corner.serif");
     corner->setStem(0);
     corner->setOriginIndex({0, 1});
     auto survivor = VLHint::init();
-    survivor->setType(VLHint::Corner);
+    survivor->setType(VLHintType::Corner);
     survivor->setStem(VLHint::StemFoundByPosition);
     survivor->setOriginIndex({0, 2});
     f.layer->setHintsFast({corner, survivor});
@@ -341,12 +341,12 @@ TEST(PathDrawing, OverlapsAreCutWhereACurveCrossesTheLineBack)
     // A curve comes down into the corner at (100, 0); the step to (97, -10) and the line back up
     // to (60, 50) cross the curve close to the corner.
     PathInFont f(0);
-    f.add({0, 0}, VLNode::LINE);
-    f.add({60, 0}, VLNode::OFFCURVE);
-    f.add({100, 20}, VLNode::OFFCURVE);
-    f.add({100, 0}, VLNode::CURVE);
-    f.add({97, -10}, VLNode::LINE);
-    f.add({60, 50}, VLNode::LINE);
+    f.add({0, 0}, VLNodeType::LINE);
+    f.add({60, 0}, VLNodeType::OFFCURVE);
+    f.add({100, 20}, VLNodeType::OFFCURVE);
+    f.add({100, 0}, VLNodeType::CURVE);
+    f.add({97, -10}, VLNodeType::LINE);
+    f.add({60, 50}, VLNodeType::LINE);
     f.path->setClosed(true);
     BezierPath out = f.draw();
     std::vector<Point> points = pointsOf(out);
@@ -363,12 +363,12 @@ TEST(PathDrawing, OverlapsAreCutWhereTheLineIntoTheStepCrossesTheCurveOutOfIt)
     // The mirror of the case above: a line runs into the corner at (100, 0), the step goes to
     // (103, -10), and a curve leaves it back across the line.
     PathInFont f(0);
-    f.add({0, 0}, VLNode::LINE);
-    f.add({100, 0}, VLNode::LINE);
-    f.add({103, -10}, VLNode::LINE);
-    f.add({40, 20}, VLNode::OFFCURVE);
-    f.add({20, 60}, VLNode::OFFCURVE);
-    f.add({0, 80}, VLNode::CURVE);
+    f.add({0, 0}, VLNodeType::LINE);
+    f.add({100, 0}, VLNodeType::LINE);
+    f.add({103, -10}, VLNodeType::LINE);
+    f.add({40, 20}, VLNodeType::OFFCURVE);
+    f.add({20, 60}, VLNodeType::OFFCURVE);
+    f.add({0, 80}, VLNodeType::CURVE);
     f.path->setClosed(true);
     BezierPath out = f.draw();
     std::vector<Point> points = pointsOf(out);
@@ -391,7 +391,7 @@ TEST(PathDrawing, OverlapsAreCutWhereTheLineIntoTheStepCrossesTheCurveOutOfIt)
 TEST(PathDrawing, AStepAtTheStartOfAClosedPathIsCutToo)
 {
     PathInFont f(0);
-    for (Point p : {Point{97, -10}, Point{0, 30}, Point{0, 0}, Point{100, 0}}) f.add(p, VLNode::LINE);
+    for (Point p : {Point{97, -10}, Point{0, 30}, Point{0, 0}, Point{100, 0}}) f.add(p, VLNodeType::LINE);
     f.path->setClosed(true);
     auto points = pointsOf(f.draw());
     EXPECT_EQ(std::find(points.begin(), points.end(), Point{97, -10}), points.end()) << "the step is gone";
@@ -400,7 +400,7 @@ TEST(PathDrawing, AStepAtTheStartOfAClosedPathIsCutToo)
 TEST(LayerOutlines, DecomposedCopiesHoldPathsOnly)
 {
     PathInFont f(0);
-    for (Point p : {Point{0, 0}, Point{100, 0}, Point{100, 100}}) f.add(p, VLNode::LINE);
+    for (Point p : {Point{0, 0}, Point{100, 0}, Point{100, 100}}) f.add(p, VLNodeType::LINE);
     f.path->setClosed(true);
     auto component = VLComponent::init();
     component->setComponentName("B");

@@ -213,18 +213,20 @@ namespace {
 Outline counterWithFlatBottom(double nextY, double handleY, bool curved)
 {
     auto path = VLPath::init();
-    auto add = [&](Point p, uint8_t type) { path->addNodeFastWithPosition_type_connection(p, type, VLNode::SHARP); };
-    add({250, 200}, VLNode::LINE);
-    add({150, nextY}, VLNode::LINE);
-    add({150, 400}, VLNode::LINE);
-    add({550, 400}, VLNode::LINE);
+    auto add = [&](Point p, VLNodeType type) {
+        path->addNodeFastWithPosition_type_connection(p, type, VLNode::SHARP);
+    };
+    add({250, 200}, VLNodeType::LINE);
+    add({150, nextY}, VLNodeType::LINE);
+    add({150, 400}, VLNodeType::LINE);
+    add({550, 400}, VLNodeType::LINE);
     if (curved) {
-        add({550, 300}, VLNode::OFFCURVE);
-        add({500, handleY}, VLNode::OFFCURVE);
-        add({450, 200}, VLNode::CURVE);
+        add({550, 300}, VLNodeType::OFFCURVE);
+        add({500, handleY}, VLNodeType::OFFCURVE);
+        add({450, 200}, VLNodeType::CURVE);
     } else {
-        add({550, handleY}, VLNode::LINE);
-        add({450, 200}, VLNode::LINE);
+        add({550, handleY}, VLNodeType::LINE);
+        add({450, 200}, VLNodeType::LINE);
     }
     path->setClosed(true);
     return path;
@@ -278,13 +280,13 @@ namespace {
 Outline dome(double scale)
 {
     auto path = VLPath::init();
-    auto add = [&](Point p, uint8_t type) {
+    auto add = [&](Point p, VLNodeType type) {
         path->addNodeFastWithPosition_type_connection({p.x * scale, p.y * scale}, type, VLNode::SHARP);
     };
-    add({100, 0}, VLNode::LINE);
-    add({100, 60}, VLNode::OFFCURVE);
-    add({0, 90}, VLNode::OFFCURVE);
-    add({0, 0}, VLNode::CURVE);
+    add({100, 0}, VLNodeType::LINE);
+    add({100, 60}, VLNodeType::OFFCURVE);
+    add({0, 90}, VLNodeType::OFFCURVE);
+    add({0, 0}, VLNodeType::CURVE);
     path->setClosed(true);
     return path;
 }
@@ -412,9 +414,9 @@ Outline denseBox(double x0, double y0, double x1, double y1, long elements)
     long steps = elements - 2 - 3;
     for (long i = 0; i < steps; ++i)
         path->addNodeFastWithPosition_type_connection({x0 + (x1 - x0) * static_cast<double>(i) / static_cast<double>(steps), y0},
-                                                     VLNode::LINE, VLNode::SHARP);
+                                                     VLNodeType::LINE, VLNode::SHARP);
     for (Point p : {Point{x1, y0}, Point{x1, y1}, Point{x0, y1}})
-        path->addNodeFastWithPosition_type_connection(p, VLNode::LINE, VLNode::SHARP);
+        path->addNodeFastWithPosition_type_connection(p, VLNodeType::LINE, VLNode::SHARP);
     path->setClosed(true);
     return path;
 }
