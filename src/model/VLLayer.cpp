@@ -161,7 +161,7 @@ void VLLayer::setWidth(double width)
     if (_RSB < 999999) _RSB += width - _width;
     setNeedUpdateShapes();
     _width = width;
-    if (_cachedDecomposedCopy) _cachedDecomposedCopy->_width = width;
+    if (_outlines.cachedDecomposedCopy) _outlines.cachedDecomposedCopy->_width = width;
 }
 
 bool VLLayer::visible() const
@@ -220,12 +220,7 @@ void VLLayer::enableFutureUpdates()
 void VLLayer::setNeedUpdateShapes()
 {
     std::lock_guard lock(_monitor);
-    _bezierPath.reset();
-    _bezierPathFastCache.reset();
-    _openBezierPath.reset();
-    _secondaryPath.reset();
-    _drawBezierPath.reset();
-    _drawOpenBezierPath.reset();
+    _outlines.flush();
     _numberOfPaths = -1;
     _numberOfComponents = -1;
     _lastUpdate = VLAbsoluteTimeGetCurrent();
@@ -283,9 +278,3 @@ void VLLayer::setAttribute_forKey(const Value& value, const std::string& key)
     VLSetUserData(_attributes, value, key);
 }
 
-void VLLayer::setReadBuffer_forKey(const Value& value, const std::string& key)
-{
-    if (value.isNull()) return;
-    if (!_readBuffer) _readBuffer.emplace();
-    (*_readBuffer)[key] = value;
-}

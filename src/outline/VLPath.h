@@ -32,7 +32,6 @@ public:
     void drawInPen_openPen_secondaryPen_extraHandles(VLPenProtocol& pen, VLPenProtocol& openPen,
                                                      VLPenProtocol* secondPen, std::vector<Point>* extraHandles) override;
     void drawSimpleInPen(VLPenProtocol& pen) override;
-    void _drawInPen_secondaryPen(VLPenProtocol& pen, VLPenProtocol* secondPen);
     // Hints that point at node index of the first path turn that reference into a knob at point,
     // so that they survive the replacing of the nodes.
     static void findHint_forPoint_index(const std::vector<std::shared_ptr<VLHint>>& hints, Point point, long index);
@@ -140,6 +139,8 @@ public:
 
 private:
     VLPath(const VLPath&) = default;
+    // The full walk of a path made of plain segments.
+    void _drawInPen_secondaryPen(VLPenProtocol& pen, VLPenProtocol* secondPen);
     std::shared_ptr<VLContainer> asContainer();
     void adopt(const std::shared_ptr<VLNode>& node);
     void release(const std::shared_ptr<VLNode>& node);
