@@ -1,5 +1,6 @@
 #include "model/VLLayer.h"
 
+#include "model/VLChildren.h"
 #include "model/VLFont.h"
 #include "model/VLFontMaster.h"
 #include "model/VLGlyph.h"
@@ -58,9 +59,7 @@ std::shared_ptr<VLFontMaster> VLLayer::associatedFontMaster() const
 
 void VLLayer::addShapeFast(const std::shared_ptr<VLShape>& shape)
 {
-    if (!shape) return;
-    shape->setParent(shared_from_this());
-    _shapes.push_back(shape);
+    VLAddChild(_shapes, shape, shared_from_this());
 }
 
 void VLLayer::addShapes(const Shapes& shapes)
@@ -71,9 +70,7 @@ void VLLayer::addShapes(const Shapes& shapes)
 void VLLayer::setShapesFast(Shapes shapes)
 {
     if (shapes == _shapes) return;
-    for (const auto& shape : _shapes) shape->setParent(nullptr);
-    _shapes = std::move(shapes);
-    for (const auto& shape : _shapes) shape->setParent(shared_from_this());
+    VLSetChildren(_shapes, std::move(shapes), shared_from_this());
     restoreHints();
 }
 

@@ -58,7 +58,7 @@ public:
     // As nodeAtIndex, with the zero point for a missing node.
     Point positionAtIndex(long index) const;
     long indexOfNode(const VLNode* node) const;
-    void setNodes(Nodes nodes);
+    void setNodes(Nodes nodes) { setNodesFast(std::move(nodes)); }
     void setNodesFast(Nodes nodes);
     void addNode(const std::shared_ptr<VLNode>& node);
     void addNodeFast(const std::shared_ptr<VLNode>& node);
@@ -142,8 +142,6 @@ private:
     // The full walk of a path made of plain segments.
     void _drawInPen_secondaryPen(VLPenProtocol& pen, VLPenProtocol* secondPen);
     std::shared_ptr<VLContainer> asContainer();
-    void adopt(const std::shared_ptr<VLNode>& node);
-    void release(const std::shared_ptr<VLNode>& node);
     long wrappedIndex(long index) const;
     bool isOffcurveOnly() const;
     std::shared_ptr<VLNode> insertNodeInQuadraticRun(long index, double t);

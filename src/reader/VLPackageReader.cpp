@@ -1,3 +1,4 @@
+#include "model/VLChildren.h"
 #include "model/VLFont.h"
 #include "model/VLGlyph.h"
 #include "platform/ParallelFor.h"
@@ -52,8 +53,7 @@ bool VLFont::readGlyphFiles_format_error(const std::string& folder, uint8_t form
             stop = true;
             return;
         }
-        glyph->setParent(self);
-        _glyphs.push_back(std::move(glyph));
+        VLAddChild(_glyphs, std::move(glyph), self);
     });
     if (failure) {
         handOut(error, *failure);
