@@ -61,20 +61,6 @@ Point VLNearestPointUnlimited(Point p, Point a, Point b, double* t)
     return foot;
 }
 
-void VLSolveQuadratic(double a, double b, double c, double& root1, double& root2)
-{
-    root1 = root2 = VLUnsetValue;
-    if (std::fabs(a) < 1e-12) {
-        if (std::fabs(b) >= 1e-12) root1 = -c / b;
-        return;
-    }
-    double discriminant = b * b - 4 * a * c;
-    if (discriminant < 0) return;
-    double root = std::sqrt(discriminant);
-    root1 = (-b + root) / (2 * a);
-    root2 = (-b - root) / (2 * a);
-}
-
 Point VLLineIntersection(Point a1, Point a2, Point b1, Point b2)
 {
     if (rangesApart(a1.x, a2.x, b1.x, b2.x)) return {VLUnsetValue, 0.0};

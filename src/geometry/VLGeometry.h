@@ -33,9 +33,6 @@ Point VLNearestPoint(Point p, Point a, Point b, double* t);
 // leaves t alone. t is negative for a foot before a.
 Point VLNearestPointUnlimited(Point p, Point a, Point b, double* t);
 
-// The two roots of a t^2 + b t + c; a missing root is VLUnsetValue.
-void VLSolveQuadratic(double a, double b, double c, double& root1, double& root2);
-
 // The crossing of the lines through a1-a2 and b1-b2, x = VLUnsetValue for none. Lines whose x
 // ranges lie strictly apart are not intersected.
 Point VLLineIntersection(Point a1, Point a2, Point b1, Point b2);
