@@ -90,7 +90,7 @@ TEST(CoreRecords, RenamesFollowTheNameIndexUnlessNiceNamesAreDisabled)
 
     font->setDisablesNiceNames(true);
     glyph->setName("c");
-    EXPECT_EQ(font->glyphForName("c"), nullptr) << "the index stays stale by design";
+    EXPECT_EQ(font->glyphForName("c"), nullptr) << "the index stays stale on purpose";
     EXPECT_EQ(font->glyphForName("b"), glyph);
 }
 

@@ -1,77 +1,17 @@
 #include "geometry/VLBezierPathPen.h"
-#include "model/VLAxis.h"
 #include "model/VLFont.h"
-#include "model/VLFontMaster.h"
 #include "model/VLGlyph.h"
 #include "model/VLLayer.h"
-#include "outline/VLComponent.h"
 #include "outline/VLHint.h"
 #include "outline/VLNode.h"
 #include "outline/VLPath.h"
-#include "outline/VLPathPen.h"
 #include "platform/BezierPath.h"
-#include "platform/VLUnsetValue.h"
-#include "support/TestShapes.h"
+#include "support/PathInFont.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cmath>
-
-namespace {
-
-// A path in a layer of a glyph of a font, so that it draws with the font's grid.
-struct PathInFont {
-    std::shared_ptr<VLFont> font = VLFont::init();
-    std::shared_ptr<VLLayer> layer;
-    std::shared_ptr<VLPath> path = VLPath::init();
-
-    explicit PathInFont(double grid = 1)
-    {
-        auto glyph = VLGlyph::initFast();
-        glyph->setNameFast("A");
-        font->setGlyphs({glyph});
-        font->setGridMain(static_cast<uint32_t>(grid * 100));
-        font->setGridSubDivision(100);
-        layer = glyph->layerForId("m01");
-        layer->addShapeFast(path);
-    }
-
-    void add(Point p, VLNodeType type) { path->addNodeFastWithPosition_type_connection(p, type, VLNode::SHARP); }
-
-    BezierPath draw()
-    {
-        BezierPath out;
-        VLBezierPathPen pen(out);
-        path->drawInPen(pen);
-        return out;
-    }
-};
-
-std::vector<Point> pointsOf(const BezierPath& path)
-{
-    std::vector<Point> points;
-    Point p[3];
-    for (long i = 0; i < path.elementCount(); ++i) {
-        BezierPathElement kind = path.elementAtIndex_associatedPoints(i, p);
-        int n = kind == BezierPathElement::CurveTo ? 3 : kind == BezierPathElement::ClosePath ? 0 : 1;
-        points.insert(points.end(), p, p + n);
-    }
-    return points;
-}
-
-void addCurvedSquare(PathInFont& f)
-{
-    f.add({100.4, 0.6}, VLNodeType::LINE);
-    f.add({150.3, 10.2}, VLNodeType::OFFCURVE);
-    f.add({190.7, 50.6}, VLNodeType::OFFCURVE);
-    f.add({200.2, 100.8}, VLNodeType::CURVE);
-    f.add({0.3, 100.1}, VLNodeType::LINE);
-    f.add({0.4, 0.4}, VLNodeType::LINE);
-    f.path->setClosed(true);
-}
-
-} // namespace
 
 TEST(PathDrawing, ClosedPathsStartOnTheLastNodeAndLeaveTheClosingLineToClose)
 {
@@ -201,68 +141,6 @@ TEST(PathDrawing, HobbyNodesDrawAsTheCurvesTheyStore)
     EXPECT_EQ(hobby.layer->bounds(), curves.layer->bounds());
 }
 
-TEST(LayerOutlines, ClosedAndOpenContoursAreKeptApart)
-{
-    PathInFont f(0);
-    f.layer->addShapeFast(rectanglePath(0, 0, 100, 100));
-    f.add({0, 0}, VLNodeType::LINE);
-    f.add({50, 200}, VLNodeType::LINE);
-    auto single = VLPath::init();
-    single->addNodeFastWithPosition_type_connection({7, 7}, VLNodeType::LINE, VLNode::SHARP);
-    f.layer->addShapeFast(single);
-    f.layer->setNeedUpdateShapes();
-
-    auto closed = f.layer->bezierPath();
-    ASSERT_NE(closed, nullptr);
-    EXPECT_EQ(closed->elementCount(), 6) << "only the rectangle; the single node is dropped";
-    ASSERT_NE(f.layer->openBezierPath(), nullptr);
-    EXPECT_EQ(f.layer->openBezierPath()->elementCount(), 2);
-    EXPECT_EQ(f.layer->bounds(), (Rect{{0, 0}, {100, 200}})) << "bounds unite both outlines";
-}
-
-TEST(LayerOutlines, EmptyLayers)
-{
-    auto layer = VLLayer::init();
-    EXPECT_EQ(layer->bezierPath(), nullptr);
-    EXPECT_EQ(layer->openBezierPath(), nullptr);
-    EXPECT_EQ(layer->fastBounds().origin.x, VLUnsetValue);
-    EXPECT_EQ(layer->bounds(), Rect());
-}
-
-TEST(LayerOutlines, FlatteningRoundsPathsIntoPlainOnes)
-{
-    PathInFont f(1);
-    addCurvedSquare(f);
-    EXPECT_TRUE(f.layer->flattenOutlines());
-    ASSERT_EQ(f.layer->countOfShapes(), 1u);
-    auto flat = std::static_pointer_cast<VLPath>(f.layer->shapes()[0]);
-    EXPECT_EQ(flat->compareString(), "loocll_") << "the same nodes in the same order";
-    for (const auto& node : flat->nodes()) EXPECT_EQ(node->position().x, std::round(node->position().x));
-}
-
-TEST(Compatibility, FingerprintsOfMasterLayers)
-{
-    auto font = VLFont::init();
-    auto second = VLFontMaster::initFast();
-    second->setId(std::string("m02"));
-    font->addFontMaster(second);
-    auto glyph = VLGlyph::initFast();
-    glyph->setNameFast("A");
-    font->setGlyphs({glyph});
-    glyph->layerForId("m01")->addShapeFast(rectanglePath(0, 0, 10, 10));
-    glyph->layerForId("m02")->addShapeFast(rectanglePath(0, 0, 20, 20));
-    EXPECT_EQ(glyph->layerForId("m01")->compareString(), "llll_");
-    EXPECT_TRUE(glyph->mastersCompatibleForLayerIds({"m01", "m02"}));
-
-    auto open = rectanglePath(0, 0, 20, 20);
-    open->setClosed(false);
-    glyph->layerForId("m02")->setShapesFast({open});
-    EXPECT_FALSE(glyph->mastersCompatibleForLayerIds({"m01", "m02"}));
-    EXPECT_TRUE(glyph->mastersCompatible()) << "without axes nothing varies";
-    font->addAxis(VLAxis::initWithName_tag("Weight", "wght"));
-    EXPECT_FALSE(glyph->mastersCompatible());
-}
-
 TEST(PathDrawing, SmallOutsideOverlapsBetweenSharpCornersAreCut)
 {
     PathInFont f(0);
@@ -279,50 +157,6 @@ TEST(PathDrawing, SmallOutsideOverlapsBetweenSharpCornersAreCut)
     smooth.path->nodeAtIndex(1)->setConnectionFast(VLNode::SMOOTH);
     smooth.path->setClosed(true);
     EXPECT_EQ(pointsOf(smooth.draw()).size(), 5u) << "only sharp corners are cut";
-}
-
-TEST(LayerOutlines, GlyphMetricsComeFromTheAssociatedMaster)
-{
-    PathInFont f(0);
-    auto master = f.font->fontMasterAtIndex(0);
-    master->setDefaultAscender(750);
-    master->setDefaultDescender(-250);
-    f.layer->setWidth(432);
-    VLGlyphMetrics metrics = f.layer->glyphMetrics();
-    EXPECT_EQ(metrics.width, 432);
-    EXPECT_EQ(metrics.ascender, 750);
-    EXPECT_EQ(metrics.descender, -250);
-    EXPECT_EQ(metrics.italicAngle, 0);
-
-    f.layer->setVertWidth(900);
-    VLGlyphMetrics vertical = f.layer->glyphMetricsForDirection(4);
-    EXPECT_EQ(vertical.descender, 750 - 900);
-    EXPECT_EQ(vertical.vertWidth, 900);
-}
-
-TEST(LayerOutlines, DecomposingCornersDropsTheDrawnCornerHints)
-{
-    PathInFont f(0);
-    for (Point p : {Point{0, 0}, Point{100, 0}, Point{100, 100}}) f.add(p, VLNodeType::LINE);
-    f.path->setClosed(true);
-    f.layer->decomposeCorners();
-    EXPECT_EQ(f.layer->shapes()[0], f.path) << "without corner hints nothing changes";
-
-    auto corner = VLHint::init();
-    corner->setType(VLHintType::Corner);
-    corner->setName("_corner.serif");
-    corner->setStem(0);
-    corner->setOriginIndex({0, 1});
-    auto survivor = VLHint::init();
-    survivor->setType(VLHintType::Corner);
-    survivor->setStem(VLHint::StemFoundByPosition);
-    survivor->setOriginIndex({0, 2});
-    f.layer->setHintsFast({corner, survivor});
-    f.layer->decomposeCorners();
-    ASSERT_EQ(f.layer->countOfShapes(), 1u);
-    EXPECT_NE(f.layer->shapes()[0], f.path) << "the paths are the drawn ones now";
-    ASSERT_EQ(f.layer->hints().size(), 1u);
-    EXPECT_EQ(f.layer->hints()[0], survivor);
 }
 
 TEST(PathDrawing, HintsOfReplacedNodesBecomeKnobs)
@@ -397,22 +231,3 @@ TEST(PathDrawing, AStepAtTheStartOfAClosedPathIsCutToo)
     EXPECT_EQ(std::find(points.begin(), points.end(), Point{97, -10}), points.end()) << "the step is gone";
 }
 
-TEST(LayerOutlines, DecomposedCopiesHoldPathsOnly)
-{
-    PathInFont f(0);
-    for (Point p : {Point{0, 0}, Point{100, 0}, Point{100, 100}}) f.add(p, VLNodeType::LINE);
-    f.path->setClosed(true);
-    auto component = VLComponent::init();
-    component->setComponentName("B");
-    f.layer->addShapeFast(component);
-
-    auto copy = f.layer->copyDecomposedLayer();
-    ASSERT_NE(copy, nullptr);
-    EXPECT_EQ(copy->countOfComponents(), 0);
-    EXPECT_EQ(copy->countOfPaths(), 1);
-    EXPECT_EQ(f.layer->countOfShapes(), 2u) << "the layer itself keeps its component";
-    EXPECT_NE(f.layer->copyDecomposedLayer(), copy) << "each caller gets a copy of the cached twin";
-
-    f.layer->setWidth(777);
-    EXPECT_EQ(f.layer->copyDecomposedLayer()->width(), 777) << "the twin follows the width";
-}

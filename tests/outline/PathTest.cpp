@@ -9,12 +9,13 @@
 
 namespace {
 
-struct Spec {
+// A node of a made-up path: where it stands and its type.
+struct NodeAt {
     double x, y;
     VLNodeType type;
 };
 
-std::shared_ptr<VLPath> makePath(std::initializer_list<Spec> nodes, bool closed)
+std::shared_ptr<VLPath> makePath(std::initializer_list<NodeAt> nodes, bool closed)
 {
     auto path = VLPath::init();
     for (const auto& n : nodes) path->addNodeFastWithPosition_type_connection({n.x, n.y}, n.type, VLNode::SHARP);
