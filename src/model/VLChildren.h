@@ -1,6 +1,5 @@
 #pragma once
 
-#include <algorithm>
 #include <cstddef>
 #include <memory>
 #include <utility>
@@ -25,14 +24,14 @@ void VLSetChildren(std::vector<std::shared_ptr<Child>>& list, std::vector<std::s
     for (const auto& child : list) child->setParent(parent);
 }
 
-// At the index, or at the end for an index past it.
+// The index lies within 0 and the list's size.
 template <typename Child, typename Parent>
 void VLInsertChild(std::vector<std::shared_ptr<Child>>& list, std::shared_ptr<Child> child, size_t index,
                    const std::shared_ptr<Parent>& parent)
 {
     if (!child) return;
     child->setParent(parent);
-    list.insert(list.begin() + static_cast<std::ptrdiff_t>(std::min(index, list.size())), std::move(child));
+    list.insert(list.begin() + static_cast<std::ptrdiff_t>(index), std::move(child));
 }
 
 template <typename Child, typename Parent>

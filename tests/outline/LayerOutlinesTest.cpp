@@ -27,6 +27,10 @@ TEST(LayerOutlines, ClosedAndOpenContoursAreKeptApart)
     ASSERT_NE(f.layer->openBezierPath(), nullptr);
     EXPECT_EQ(f.layer->openBezierPath()->elementCount(), 2);
     EXPECT_EQ(f.layer->bounds(), (Rect{{0, 0}, {100, 200}})) << "bounds unite both outlines";
+
+    f.path->setClosed(true);
+    f.layer->setNeedUpdateShapes();
+    EXPECT_EQ(f.layer->openBezierPath(), nullptr) << "a flush drops the open outline too";
 }
 
 TEST(LayerOutlines, EmptyLayers)

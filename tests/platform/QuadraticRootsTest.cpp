@@ -16,6 +16,10 @@ TEST(QuadraticRoots, TwoOneOrNoneAsTheCoefficientsAllow)
     VLSolveQuadratic(1e-13, 2, -4, r1, r2);
     EXPECT_DOUBLE_EQ(r1, 2) << "a leading coefficient below 1e-12 leaves a line";
     EXPECT_EQ(r2, VLUnsetValue);
+    VLSolveQuadratic(1e-12, 2, -4, r1, r2);
+    EXPECT_NE(r2, VLUnsetValue) << "1e-12 itself is no longer below";
+    VLSolveQuadratic(0, 1e-12, -1e-12, r1, r2);
+    EXPECT_DOUBLE_EQ(r1, 1);
     VLSolveQuadratic(1e-13, 1e-13, 1, r1, r2);
     EXPECT_EQ(r1, VLUnsetValue);
     VLSolveQuadratic(1, 0, 1, r1, r2);
@@ -35,6 +39,7 @@ TEST(QuadraticRoots, CubicExtremaLieStrictlyInsideTheRange)
     ASSERT_EQ(VLCubicExtremaTimes(0, 1, 1, 0, 0.0, 1.0, times), 1);
     EXPECT_DOUBLE_EQ(times[0], 0.5);
     EXPECT_EQ(VLCubicExtremaTimes(0, 1, 1, 0, 0.5, 1.0, times), 0) << "the ends of the range are out";
+    EXPECT_EQ(VLCubicExtremaTimes(0, 1, 1, 0, 0.0, 0.5, times), 0);
     // 0, 3, -3, 0 turns twice, at 1/2 - 1/(2 sqrt 3) and 1/2 + 1/(2 sqrt 3).
     ASSERT_EQ(VLCubicExtremaTimes(0, 3, -3, 0, 0.0, 1.0, times), 2);
     EXPECT_NEAR(std::min(times[0], times[1]), 0.2113, 1e-4);
