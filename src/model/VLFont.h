@@ -3,7 +3,6 @@
 #include "model/VLContainer.h"
 #include "model/VLCustomParameterOwner.h"
 #include "platform/Value.h"
-#include "reader/VLPlistParseInfo.h"
 
 #include <cstdint>
 #include <map>
@@ -20,6 +19,7 @@ class VLGlyph;
 class VLInstance;
 class VLMetric;
 struct VLError;
+struct VLPlistParseInfo;
 
 // One document: glyphs, masters and the font-wide settings that drawing needs.
 class VLFont : public VLContainer, public VLCustomParameterOwner, public std::enable_shared_from_this<VLFont> {
@@ -29,7 +29,6 @@ public:
 
     // A new font holding exactly one master "m01" made with initFast.
     static std::shared_ptr<VLFont> init();
-    ~VLFont() override;
     // A deep copy of everything the font keeps, glyphs with their ids; interface updates are off.
     std::shared_ptr<VLFont> copy() const;
 
@@ -280,8 +279,9 @@ private:
     std::optional<std::set<std::string>> _disabledChangeKeys;
     std::string _fontName;
     std::string _note;
-    // Keeps the document text mapped: glyphs read their layers from it on demand.
-    VLPlistParseInfo _pInfo;
+    // Keeps the document text mapped: glyphs read their layers from it on demand. A shared
+    // pointer, since it needs the reader's type only where the reader makes it.
+    std::shared_ptr<VLPlistParseInfo> _pInfo;
     std::optional<ValueDictionary> _tempData;
     uint8_t _formatVersion = 3;
     uint64_t _outlineRecordsLeft = UINT64_MAX;

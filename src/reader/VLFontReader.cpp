@@ -72,7 +72,8 @@ std::shared_ptr<VLFont> VLFont::initWithVelmorFileAtPath_error(const std::string
     bool exists = false;
     bool folder = isDirectory(path, exists);
     std::string file = folder ? packageFile(path, "fontinfo.plist") : path;
-    VLPlistParseInfo* info = &font->_pInfo;
+    font->_pInfo = std::make_shared<VLPlistParseInfo>();
+    VLPlistParseInfo* info = font->_pInfo.get();
     if (!openPlistParseInfo(file.c_str(), info)) {
         if (info->error) handOut(error, *info->error);
         return nullptr;

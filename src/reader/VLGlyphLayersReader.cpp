@@ -8,7 +8,7 @@ bool VLGlyph::readLayersFormat(uint8_t format)
     if (!_fileStart) return true;
     // The text of a glyph of a text document belongs to the font, which must still be there.
     auto font = parent();
-    if (_pInfo != &_pInfoStore && !font) return false;
+    if (_pInfo != _pInfoStore.get() && !font) return false;
     VLPlistParseInfo* info = _pInfo;
     info->recordsLeft = font ? font->outlineRecordsLeft() : nullptr;
     info->curr = _fileStart;

@@ -1,6 +1,8 @@
+#include "model/VLChildren.h"
 #include "model/VLFont.h"
 #include "model/VLGlyph.h"
 #include "platform/ParallelFor.h"
+#include "platform/VLError.h"
 #include "reader/VLDocumentFile.h"
 #include "reader/VLPlistParseInfo.h"
 
@@ -70,8 +72,7 @@ bool VLFont::readGlyphFiles_format_error(const std::string& folder, uint8_t form
             stop = true;
             return;
         }
-        glyph->setParent(self);
-        _glyphs.push_back(std::move(glyph));
+        VLAddChild(_glyphs, std::move(glyph), self);
     });
     if (failure) {
         handOut(error, *failure);

@@ -215,18 +215,20 @@ namespace {
 Outline counterWithFlatBottom(double nextY, double handleY, bool curved)
 {
     auto path = VLPath::init();
-    auto add = [&](Point p, uint8_t type) { path->addNodeFastWithPosition_type_connection(p, type, VLNode::SHARP); };
-    add({250, 200}, VLNode::LINE);
-    add({150, nextY}, VLNode::LINE);
-    add({150, 400}, VLNode::LINE);
-    add({550, 400}, VLNode::LINE);
+    auto add = [&](Point p, VLNodeType type) {
+        path->addNodeFastWithPosition_type_connection(p, type, VLNode::SHARP);
+    };
+    add({250, 200}, VLNodeType::LINE);
+    add({150, nextY}, VLNodeType::LINE);
+    add({150, 400}, VLNodeType::LINE);
+    add({550, 400}, VLNodeType::LINE);
     if (curved) {
-        add({550, 300}, VLNode::OFFCURVE);
-        add({500, handleY}, VLNode::OFFCURVE);
-        add({450, 200}, VLNode::CURVE);
+        add({550, 300}, VLNodeType::OFFCURVE);
+        add({500, handleY}, VLNodeType::OFFCURVE);
+        add({450, 200}, VLNodeType::CURVE);
     } else {
-        add({550, handleY}, VLNode::LINE);
-        add({450, 200}, VLNode::LINE);
+        add({550, handleY}, VLNodeType::LINE);
+        add({450, 200}, VLNodeType::LINE);
     }
     path->setClosed(true);
     return path;
@@ -280,13 +282,13 @@ namespace {
 Outline dome(double scale)
 {
     auto path = VLPath::init();
-    auto add = [&](Point p, uint8_t type) {
+    auto add = [&](Point p, VLNodeType type) {
         path->addNodeFastWithPosition_type_connection({p.x * scale, p.y * scale}, type, VLNode::SHARP);
     };
-    add({100, 0}, VLNode::LINE);
-    add({100, 60}, VLNode::OFFCURVE);
-    add({0, 90}, VLNode::OFFCURVE);
-    add({0, 0}, VLNode::CURVE);
+    add({100, 0}, VLNodeType::LINE);
+    add({100, 60}, VLNodeType::OFFCURVE);
+    add({0, 90}, VLNodeType::OFFCURVE);
+    add({0, 0}, VLNodeType::CURVE);
     path->setClosed(true);
     return path;
 }
@@ -414,9 +416,9 @@ Outline zigzag(double x0, long curves)
     for (long i = 0; i < curves; ++i) {
         double x = x0 + 60.0 * static_cast<double>(i) / static_cast<double>(curves);
         double low = i % 2 ? 700 : 0;
-        path->addNodeFastWithPosition_type_connection({x, 700 - low}, VLNode::OFFCURVE, VLNode::SHARP);
-        path->addNodeFastWithPosition_type_connection({x + 0.01, low}, VLNode::OFFCURVE, VLNode::SHARP);
-        path->addNodeFastWithPosition_type_connection({x + 0.02, 700 - low}, VLNode::CURVE, VLNode::SHARP);
+        path->addNodeFastWithPosition_type_connection({x, 700 - low}, VLNodeType::OFFCURVE, VLNode::SHARP);
+        path->addNodeFastWithPosition_type_connection({x + 0.01, low}, VLNodeType::OFFCURVE, VLNode::SHARP);
+        path->addNodeFastWithPosition_type_connection({x + 0.02, 700 - low}, VLNodeType::CURVE, VLNode::SHARP);
     }
     path->setClosed(true);
     return path;

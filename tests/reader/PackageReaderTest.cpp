@@ -1,5 +1,6 @@
 #include "model/VLFont.h"
 #include "model/VLGlyph.h"
+#include "platform/VLError.h"
 
 #include <gtest/gtest.h>
 
