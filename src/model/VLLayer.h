@@ -208,9 +208,14 @@ public:
     std::shared_ptr<BezierPath> bezierPath() { return _bezierPathFast(false); }
     std::shared_ptr<BezierPath> bezierPathFast() { return _bezierPathFast(true); }
     const std::shared_ptr<BezierPath>& openBezierPath() const { return _outlines.openBezierPath; }
-    // A new path with the components added.
+    // A new path with the components added, each through its transform.
     std::shared_ptr<BezierPath> drawBezierPath();
+    // seen holds the glyphs of the components on the way down to this layer; hasPaths receives
+    // whether the outline holds real paths rather than placeholders.
+    std::shared_ptr<BezierPath> drawBezierPath_hasPaths(std::set<std::string>& seen, bool& hasPaths);
+    // A new path of the open contours with the components' open outlines; nothing for none.
     std::shared_ptr<BezierPath> drawOpenBezierPath();
+    std::shared_ptr<BezierPath> drawOpenBezierPath_seen(std::set<std::string>& seen);
     // Whether drawBezierPath holds real outline.
     bool hasPaths() const { return _outlines.hasPaths; }
     // Paths drawn into a pen and put back as plain paths: corners and components come out
@@ -268,7 +273,7 @@ private:
                                                                           std::vector<size_t>& indexPath,
                                                                           const ShapeBlock& block, bool& stop);
     std::shared_ptr<BezierPath> _bezierPathFast(bool fast);
-    void _updateDrawBezierPaths();
+    void _updateDrawBezierPaths(std::set<std::string>& seen);
     double _lastComponentOperation() const;
     void postReadColorName();
     void postReadSpecialName();

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 
 class BezierPath;
@@ -13,6 +14,13 @@ class VLLayer;
 struct VLPlistParseInfo;
 
 // Another glyph's layer placed in a layer, by name, with a transform of its own.
+// A component reaches no deeper than this below the layer that is drawn, and shows as a reference
+// to itself there: real fonts nest a few levels, and a chain of thousands would exhaust the stack.
+inline constexpr size_t VLComponentMaximumDepth = 32;
+// A layer's outline stops taking in components at this many elements, so that components that
+// place many copies of glyphs that place many copies stay within bounded time and memory.
+inline constexpr long VLLayerMaximumComposedElements = 100000;
+
 class VLComponent : public VLTransformableElement {
 public:
     enum Alignment : int8_t { AlignmentAutomatic = 0, AlignmentForced = 1, AlignmentDisabled = -1 };
@@ -38,29 +46,74 @@ public:
     const ValueDictionary& pieceSettings() const { return _pieceSettings; }
     void setPieceSettings(ValueDictionary settings) { _pieceSettings = std::move(settings); }
 
-    // The glyph that componentName names in the component's font.
+    // ---- outline/VLComponentLayers.cpp: the glyph and the layer the component shows.
+    // The glyph componentName names, looked up again when there is none yet or it belongs to
+    // another font.
     std::shared_ptr<VLGlyph> component() const;
-    // The glyph's layer for componentMasterId, or for the master of the layer the component
-    // stands in.
+    // With notify, a glyph found under another name (through the font's other look-ups) gives
+    // the component its name.
+    void updateComponentGlyph(bool notify);
+    // The glyph's layer for the layer key and master of the layer the component stands in,
+    // falling back on the master layer.
     std::shared_ptr<VLLayer> baseComponentLayerForGlyph(const std::shared_ptr<VLGlyph>& glyph) const;
+    std::shared_ptr<VLLayer> baseComponentLayer() const { return baseComponentLayerForGlyph(component()); }
     // The layer whose shapes the component draws.
-    std::shared_ptr<VLLayer> componentLayer() const { return baseComponentLayerForGlyph(component()); }
+    std::shared_ptr<VLLayer> componentLayer() const;
+    // The hook for a layer scaled so that its stems keep their weight; no scaler ships with this
+    // system, so the layer comes back as it is.
+    std::shared_ptr<VLLayer> pluginTransformLayer(const std::shared_ptr<VLLayer>& layer) const { return layer; }
 
-    // The outline the component shows, a new path: the closed outline of its layer, placed by
-    // the component's transform. A missing glyph or layer shows nothing.
+    // ---- outline/VLComponentOutlines.cpp: the outline the component shows.
+    // A new path: the closed outline of its layer with its own components, placed by the
+    // component's transform. Missing, empty and circular references show placeholders.
     std::shared_ptr<BezierPath> bezierPath() const;
+    // Without placeholders: nothing where they would stand.
+    std::shared_ptr<BezierPath> bezierPathIgnorePlaceholder(bool ignore) const;
+    // seen holds the names of the glyphs on the way down from the drawn layer; hasPaths is set
+    // when real outline was found, and decides whether an empty base shows its placeholder.
+    std::shared_ptr<BezierPath> bezierPathIgnorePlaceholder_seen_hasPaths(bool ignore, std::set<std::string>& seen,
+                                                                         bool& hasPaths) const;
+    // The open outline of its layer, placed; nothing where the closed outline has a placeholder.
+    std::shared_ptr<BezierPath> openBezierPath() const;
+    std::shared_ptr<BezierPath> openBezierPath_seen(std::set<std::string>& seen) const;
+    // Whether the glyph, or one it places, has paths.
+    bool hasAnyPaths() const;
+    // depth counts the components above this one.
+    bool hasAnyPaths_seen(std::set<std::string>& seen, size_t depth = 0) const;
+    // The placed outlines, closed and open.
+    Rect bounds() const override;
+    // The box of the outline in the component's own space, before its transform.
+    Rect _bounds() const;
     // The box of bezierPath, taken through the transform as well where one is given.
     Rect fastBoundsTransform(const AffineTransform* transform) const override;
+    // Pens that hold a fillable path receive the outlines, any other pen the component itself.
+    void drawInPen_openPen_secondaryPen_extraHandles(VLPenProtocol& pen, VLPenProtocol& openPen, VLPenProtocol*,
+                                                     std::vector<Point>*) override;
+    void drawSimpleInPen(VLPenProtocol& pen) override;
+
+    // Copies of the stored figures that stand in for a glyph that is missing, one without
+    // outline, and one that would contain itself.
+    static std::shared_ptr<BezierPath> newMissingBaseGlyphPath();
+    static std::shared_ptr<BezierPath> newEmptyBaseGlyphPath();
+    static std::shared_ptr<BezierPath> newBadReferencePath();
 
     // Reads the quoted line form "name m11,m12,m21,m22,tX,tY;options"; the parse info stands
     // behind the opening quote.
     bool parseVelmorLine_format(VLPlistParseInfo* info, uint8_t format);
 
 private:
+    // A glyph already on the way down, or one too deep, is not drawn again.
+    bool isBeyondReach(const std::set<std::string>& seen) const;
+    // What places the base layer's outline: the transform, unless a scaler sized the layer,
+    // with the layer's origin anchor moved to the position.
+    std::optional<AffineTransform> layerTransform(const VLLayer& base) const;
+    void placeLayerOutline(BezierPath& path, const VLLayer& base) const;
+
     std::string _componentName;
     std::optional<std::string> _componentMasterId;
     std::optional<std::string> _anchor;
     int8_t _alignment = AlignmentAutomatic;
     double _keepWeight = 0.0;
     ValueDictionary _pieceSettings;
+    mutable std::weak_ptr<VLGlyph> _component;
 };

@@ -7,9 +7,13 @@
 #include "outline/VLPath.h"
 #include "outline/VLPathPen.h"
 #include "platform/BezierPath.h"
+#include "platform/Log.h"
 
 #include <algorithm>
+#include <optional>
 #include <set>
+#include <string>
+#include <utility>
 
 namespace {
 
@@ -96,37 +100,85 @@ bool VLLayer::flattenOutlines()
     return true;
 }
 
-void VLLayer::_updateDrawBezierPaths()
+namespace {
+
+// Masked components shape the fill of an editor's stacked drawing, not the outline.
+bool isMasked(const VLShape& shape)
+{
+    return shape.attributeForKey("mask").boolValue() || !shape.tempDataForKey("mask").isNull();
+}
+
+// Appends what each component gives until the outline holds as many elements as a layer may.
+template <typename Outline>
+void appendComponents(const VLLayer::Shapes& shapes, BezierPath& into, const VLGlyph& glyph, Outline&& outline)
+{
+    for (const auto& shape : shapes) {
+        if (shape->shapeType() != VLShapeType::Component) continue;
+        if (into.elementCount() >= VLLayerMaximumComposedElements) {
+            VLLog("Left out components of the glyph " + glyph.name() + " beyond " +
+                  std::to_string(VLLayerMaximumComposedElements) + " elements");
+            return;
+        }
+        if (auto path = outline(static_cast<const VLComponent&>(*shape))) into.appendBezierPath(*path);
+    }
+}
+
+} // namespace
+
+void VLLayer::_updateDrawBezierPaths(std::set<std::string>& seen)
 {
     updateCorners();
-    if (_outlines.drawBezierPath && isUpToDate()) return;
-    auto own = bezierPath();
-    _outlines.hasPaths = own != nullptr;
     auto glyphOfLayer = glyph();
-    if (!glyphOfLayer || glyphOfLayer->name().empty()) {
-        _outlines.drawBezierPath.reset();
-        _outlines.drawOpenBezierPath.reset();
-        return;
+    if (!_outlines.drawBezierPath || !isUpToDate()) {
+        auto own = bezierPath();
+        _outlines.hasPaths = own != nullptr;
+        if (!glyphOfLayer || glyphOfLayer->name().empty()) {
+            _outlines.drawBezierPath.reset();
+            _outlines.drawOpenBezierPath.reset();
+            return;
+        }
+        // A component of the layer's own glyph is a circle from the start.
+        seen.insert(glyphOfLayer->name());
+        auto closed = own ? own->copy() : BezierPath::bezierPath();
+        appendComponents(_shapes, *closed, *glyphOfLayer, [&](const VLComponent& component) {
+            return isMasked(component) ? nullptr
+                                       : component.bezierPathIgnorePlaceholder_seen_hasPaths(false, seen, _outlines.hasPaths);
+        });
+        _outlines.drawBezierPath = closed;
     }
-    // Components add their outlines once they can draw them.
-    _outlines.drawBezierPath = own ? own->copy() : BezierPath::bezierPath();
-    if (!_outlines.drawOpenBezierPath) {
-        const auto& open = _outlines.openBezierPath;
-        _outlines.drawOpenBezierPath = open ? open->copy() : BezierPath::bezierPath();
-    }
+    if (_outlines.drawOpenBezierPath || !glyphOfLayer) return;
+    const auto& ownOpen = _outlines.openBezierPath;
+    auto open = ownOpen ? ownOpen->copy() : BezierPath::bezierPath();
+    appendComponents(_shapes, *open, *glyphOfLayer,
+                     [&](const VLComponent& component) { return component.openBezierPath_seen(seen); });
+    _outlines.drawOpenBezierPath = open;
 }
 
 std::shared_ptr<BezierPath> VLLayer::drawBezierPath()
 {
+    std::set<std::string> seen;
+    bool hasPaths = false;
+    return drawBezierPath_hasPaths(seen, hasPaths);
+}
+
+std::shared_ptr<BezierPath> VLLayer::drawBezierPath_hasPaths(std::set<std::string>& seen, bool& hasPaths)
+{
     std::lock_guard lock(_monitor);
-    _updateDrawBezierPaths();
+    _updateDrawBezierPaths(seen);
+    hasPaths = _outlines.hasPaths;
     return _outlines.drawBezierPath ? _outlines.drawBezierPath->copy() : BezierPath::bezierPath();
 }
 
 std::shared_ptr<BezierPath> VLLayer::drawOpenBezierPath()
 {
+    std::set<std::string> seen;
+    return drawOpenBezierPath_seen(seen);
+}
+
+std::shared_ptr<BezierPath> VLLayer::drawOpenBezierPath_seen(std::set<std::string>& seen)
+{
     std::lock_guard lock(_monitor);
-    _updateDrawBezierPaths();
+    _updateDrawBezierPaths(seen);
     return _outlines.drawOpenBezierPath ? _outlines.drawOpenBezierPath->copy() : nullptr;
 }
 
@@ -137,7 +189,10 @@ void VLLayer::drawInPen_openPen(VLPenProtocol& pen, VLPenProtocol& openPen)
 
 Rect VLLayer::bounds()
 {
-    if (!_outlines.drawBezierPath) _updateDrawBezierPaths();
+    if (!_outlines.drawBezierPath) {
+        std::set<std::string> seen;
+        _updateDrawBezierPaths(seen);
+    }
     std::optional<Rect> result;
     for (const auto* path : {&_outlines.drawBezierPath, &_outlines.drawOpenBezierPath}) {
         if (!*path || (*path)->elementCount() < outlineMinimumElements) continue;
@@ -225,20 +280,50 @@ void VLLayer::decomposeCorners()
     restoreHints();
 }
 
+namespace {
+
+// The contours of an outline as paths of the pen; a move that starts no contour, such as the one
+// an outline keeps behind each close, makes no path.
+void drawContours(const BezierPath& outline, VLPenProtocol& pen)
+{
+    std::optional<Point> start;
+    Point points[3];
+    for (long i = 0, n = outline.elementCount(); i < n; ++i) {
+        auto kind = outline.elementAtIndex_associatedPoints(i, points);
+        if (kind == BezierPathElement::MoveTo) {
+            start = points[0];
+            continue;
+        }
+        if (start) pen.moveTo(*std::exchange(start, std::nullopt));
+        switch (kind) {
+        case BezierPathElement::LineTo: pen.lineTo(points[0]); break;
+        case BezierPathElement::CurveTo: pen.curveTo_off1_off2(points[2], points[0], points[1]); break;
+        default: pen.closePath(); break;
+        }
+    }
+    pen.endPath();
+}
+
+} // namespace
+
 void VLLayer::decomposeComponents()
 {
     VLPathPen pen;
     Shapes kept;
     for (const auto& shape : _shapes) {
-        if (shape->shapeType() == VLShapeType::Component)
-            shape->drawInPen(pen);
-        else
+        if (shape->shapeType() != VLShapeType::Component) {
             kept.push_back(shape);
+            continue;
+        }
+        // The paths that the component shows, where it shows them; placeholders are no paths.
+        const auto& component = static_cast<const VLComponent&>(*shape);
+        if (auto closed = component.bezierPathIgnorePlaceholder(true)) drawContours(*closed, pen);
+        if (auto open = component.openBezierPath()) drawContours(*open, pen);
     }
-    pen.endPath();
     const Shapes& drawn = pen.layer()->shapes();
     kept.insert(kept.end(), drawn.begin(), drawn.end());
     setShapesFast(std::move(kept));
+    setNeedUpdateShapes();
 }
 
 std::shared_ptr<VLLayer> VLLayer::copyDecomposedLayer()
