@@ -34,7 +34,10 @@ int sniffFirstByte(const std::string& path)
 std::string packageFile(const std::string& folder, const char* name)
 {
     std::string path = folder + "/" + name;
-    if (isInsideFolder(path, folder)) return path;
+    bool exists = false;
+    isDirectory(path, exists);
+    // A missing file fails where it is read, as missing.
+    if (!exists || isInsideFolder(path, folder)) return path;
     VLLog("Not reading " + path + ": it leads out of the package");
     return std::string();
 }

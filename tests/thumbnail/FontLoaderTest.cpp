@@ -3,6 +3,7 @@
 #include "model/VLFontMaster.h"
 #include "model/VLGlyph.h"
 #include "model/VLLayer.h"
+#include "outline/VLComponent.h"
 #include "platform/BezierPath.h"
 #include "platform/GraphicsContext.h"
 #include "platform/VLException.h"
@@ -84,6 +85,20 @@ struct TenthScaleContext {
 
     uint8_t alphaAt(int x, int y) const { return context.pixelAt(x, y)[3]; }
 };
+
+// Places the glyph of this name in every master layer of the glyph.
+void placeInEveryMaster(VLGlyph& glyph, const std::string& name, Point position, Point scale = {1, 1}, double angle = 0)
+{
+    for (const auto& layer : glyph.layers().allValues()) {
+        auto component = VLComponent::init();
+        component->setComponentName(name);
+        component->setPositionFast(position);
+        component->setScale(scale);
+        component->setAngle(angle);
+        layer->addShapeFast(component);
+        layer->setNeedUpdateShapes();
+    }
+}
 
 std::vector<std::string> names(const std::vector<std::shared_ptr<VLGlyph>>& glyphs)
 {
@@ -515,4 +530,68 @@ TEST(Drawing, ARequestStopsFillingWhenItsCostIsSpent)
     EXPECT_GT(context.pixelAt(100 + 30, 650)[3], 0) << "first master";
     EXPECT_GT(context.pixelAt(100 + 830, 650)[3], 0) << "ninth master";
     EXPECT_EQ(context.pixelAt(100 + 930, 650)[3], 0) << "tenth master left out";
+}
+
+TEST(Drawing, ComponentsDrawPlacedRotatedNestedAndAsFiguresWhereTheyCannot)
+{
+    Font f;
+    f.add("bar", {100}, box(0, 0, 100, 700));
+    f.add("dot", {50}, box(0, 0, 50, 50));
+    auto a = f.add("A", {600});
+    auto two = f.add("two", {200});
+    auto three = f.add("three", {200});
+    auto g = f.add("g", {600});
+    f.font->resetCache();
+    placeInEveryMaster(*a, "bar", {100, 0}, {2, 1});
+    placeInEveryMaster(*a, "bar", {600, 100}, {1, 1}, 90);
+    placeInEveryMaster(*two, "dot", {0, 0});
+    placeInEveryMaster(*two, "dot", {100, 0});
+    placeInEveryMaster(*three, "two", {0, 600});
+    placeInEveryMaster(*a, "three", {400, 0});
+    // g contains itself, and a glyph that is not there.
+    placeInEveryMaster(*g, "g", {0, 0});
+    placeInEveryMaster(*g, "nowhere", {0, -150}, {1, 0.1});
+    auto loader = f.loader();
+    loader.layoutThumbnail();
+
+    GraphicsContext context(1400, 1200);
+    GraphicsContext::Current current(context);
+    EXPECT_TRUE(loader.drawThumbnail());
+    // A stands at 100 on the baseline at 300, g at 700.
+    auto alphaInA = [&](int x, int y) { return context.pixelAt(100 + x, 300 + y)[3]; };
+    EXPECT_EQ(alphaInA(250, 400), 255) << "the bar, scaled to twice its width";
+    EXPECT_EQ(alphaInA(350, 400), 0);
+    EXPECT_EQ(alphaInA(-50, 150), 255) << "the bar turned a quarter, lying from -100 to 600";
+    EXPECT_EQ(alphaInA(450, 250), 0) << "above the turned bar";
+    EXPECT_EQ(alphaInA(420, 620), 255) << "a dot, three levels down";
+    EXPECT_EQ(alphaInA(470, 620), 0) << "between the dots";
+    EXPECT_EQ(alphaInA(520, 620), 255);
+
+    Rect bad = VLComponent::newBadReferencePath()->bounds();
+    auto alphaInG = [&](double x, double y) { return context.pixelAt(700 + static_cast<int>(x), 300 + static_cast<int>(y))[3]; };
+    EXPECT_EQ(alphaInG(bad.origin.x + bad.size.width / 2, 10), 255) << "the figure of the reference to itself";
+    EXPECT_EQ(alphaInG(bad.origin.x + bad.size.width / 2, bad.size.height / 3), 0) << "a frame, open inside";
+    EXPECT_EQ(alphaInG(10, -150 + 3), 255) << "the figure of the missing glyph, flattened to a tenth";
+}
+
+TEST(Drawing, ACompositeOfTwoMastersDrawsTheirMean)
+{
+    Font f(2);
+    auto bar = f.add("bar", {100, 100});
+    setOutline(*bar->layerForId("m01"), box(0, 0, 100, 700));
+    setOutline(*bar->layerForId("m02"), box(0, 0, 300, 700));
+    auto a = f.add("A", {600, 600});
+    f.add("g", {400, 400}, box(0, 0, 400, 500));
+    f.font->resetCache();
+    placeInEveryMaster(*a, "bar", {100, 0});
+    auto loader = f.loader();
+    loader.layoutThumbnail();
+
+    GraphicsContext context(1200, 1200);
+    GraphicsContext::Current current(context);
+    EXPECT_TRUE(loader.drawThumbnail());
+    // The mean bar runs from 100 to 300 in A, which stands at 100.
+    EXPECT_EQ(context.pixelAt(100 + 150, 600)[3], 255);
+    EXPECT_EQ(context.pixelAt(100 + 290, 600)[3], 255);
+    EXPECT_EQ(context.pixelAt(100 + 320, 600)[3], 0) << "the second master's width is not the mean's";
 }

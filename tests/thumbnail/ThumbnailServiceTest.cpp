@@ -9,6 +9,8 @@
 
 #include <cairo.h>
 #include <cstdlib>
+#include <filesystem>
+#include <fstream>
 
 namespace {
 
@@ -117,6 +119,110 @@ unicode = 0067;
 );
 }
 )";
+
+const std::string compositesExample = std::string(VELMOR_EXAMPLES) + "/Velmor-Composites.velmor";
+
+// One master "m" in the current format; a glyph "bar" of a rectangle 200 by 700 units, and
+// composites of it: "A" places it 100 to the right, "g" at half its height.
+const std::string currentMaster = "fontMaster = (\n{\nid = m;\nmetricValues = (\n{\npos = 800;\n},\n{\npos = -200;\n}\n);\n}\n);\n"
+                                  "metrics = (\n{\ntype = ascender;\n},\n{\ntype = descender;\n}\n);\n";
+
+std::string currentGlyph(const std::string& name, const std::string& shape, int unicode = 0)
+{
+    return "{\nglyphname = " + name + ";\nlayers = (\n{\nlayerId = m;\nshapes = (\n" + shape + "\n);\nwidth = 400;\n}\n);\n" +
+           (unicode ? "unicode = " + std::to_string(unicode) + ";\n" : "") + "}";
+}
+
+const std::string barShape = "{\nclosed = 1;\nnodes = (\n(0,0,l),\n(200,0,l),\n(200,700,l),\n(0,700,l)\n);\n}";
+const std::string barMovedRight = "{\nref = bar;\npos = (100,0);\n}";
+const std::string barAtHalfHeight = "{\nref = bar;\nscale = (1,0.5);\n}";
+
+std::string currentDocument(const std::vector<std::string>& glyphs)
+{
+    std::string text = "{\n.formatVersion = 3;\n" + currentMaster + "glyphs = (\n";
+    for (size_t i = 0; i < glyphs.size(); ++i) text += (i ? ",\n" : "") + glyphs[i];
+    return text + "\n);\nunitsPerEm = 1000;\n}\n";
+}
+
+// The same font in the older format, whose components give their matrix.
+const char* legacyComposites = R"({
+fontMaster = (
+{
+ascender = 800;
+descender = -200;
+id = m;
+}
+);
+glyphs = (
+{
+glyphname = A;
+layers = (
+{
+components = (
+{
+name = bar;
+transform = "{1, 0, 0, 1, 100, 0}";
+}
+);
+layerId = m;
+width = 400;
+}
+);
+unicode = 0041;
+},
+{
+glyphname = bar;
+layers = (
+{
+layerId = m;
+paths = (
+{
+closed = 1;
+nodes = (
+"0 0 LINE",
+"200 0 LINE",
+"200 700 LINE",
+"0 700 LINE"
+);
+}
+);
+width = 400;
+}
+);
+},
+{
+glyphname = g;
+layers = (
+{
+components = (
+{
+name = bar;
+transform = "{1, 0, 0, 0.5, 0, 0}";
+}
+);
+layerId = m;
+width = 400;
+}
+);
+unicode = 0067;
+}
+);
+}
+)";
+
+// "A" shows the bar from 100 to 300 units, "g" the bar at half height, 400 units further.
+void expectBarComposites(const Answer& answer, const std::string& form)
+{
+    ASSERT_TRUE(answer.reply) << form << ": " << answer.error->description();
+    Picture picture(*answer.reply);
+    EXPECT_TRUE(picture.drawn) << form;
+    double scale = answer.reply->coveredSize().width / 1000.0;
+    auto at = [&](double x, double y) { return picture.alphaAt(static_cast<int>(x * scale), static_cast<int>(y * scale)); };
+    EXPECT_EQ(at(100 + 200, 300 + 600), 255) << form << ": the bar of A, moved";
+    EXPECT_EQ(at(100 + 50, 300 + 350), 0) << form << ": left of the bar of A";
+    EXPECT_EQ(at(500 + 100, 300 + 300), 255) << form << ": the bar of g";
+    EXPECT_EQ(at(500 + 100, 300 + 400), 0) << form << ": above g's bar at half height";
+}
 
 } // namespace
 
@@ -295,4 +401,46 @@ TEST(ThumbnailCommand, ExitStatusesAndOutput)
     EXPECT_EQ(run(example), 64);
     EXPECT_NE(std::system(("test -e " + out).c_str()), 0) << "failures write nothing";
     std::remove(folder);
+}
+
+TEST(ThumbnailService, CompositeSamplesDrawInEveryFormAndFromTheMiddleOfAFont)
+{
+    // The example: "A" of a stroke, the same stroke mirrored and a bar; "g" of an "o" and a tail;
+    // two masters, whose mean draws.
+    Answer example = request(compositesExample);
+    ASSERT_TRUE(example.reply) << example.error->description();
+    Picture picture(*example.reply);
+    EXPECT_TRUE(picture.drawn);
+    double scale = 256.0 / 1340.0;
+    auto at = [&](double x, double y) { return picture.alphaAt(static_cast<int>(x * scale), static_cast<int>(y * scale)); };
+    EXPECT_EQ(at(100 + 300, 300 + 220), 255) << "the bar of A";
+    EXPECT_EQ(at(100 + 300, 300 + 400), 0) << "the counter of A";
+    EXPECT_EQ(at(100 + 300, 300 + 680), 255) << "the apex, where the stroke and its mirror image overlap";
+    EXPECT_EQ(at(700 + 240, 300 + 250), 0) << "the counter of g's o";
+    EXPECT_EQ(at(700 + 240, 300 + 490), 255) << "the top of g's o";
+
+    std::string text = currentDocument({currentGlyph("A", barMovedRight, 65), currentGlyph("bar", barShape),
+                                        currentGlyph("g", barAtHalfHeight, 103)});
+    TemporaryFile current(text);
+    expectBarComposites(request(current.path, 1000), "current format");
+    TemporaryFile legacy(legacyComposites);
+    expectBarComposites(request(legacy.path, 1000), "older format");
+
+    char name[] = "/tmp/velmor-package-XXXXXX";
+    std::string package = mkdtemp(name);
+    std::filesystem::create_directory(package + "/glyphs");
+    std::ofstream(package + "/fontinfo.plist") << "{\n.formatVersion = 3;\n" + currentMaster + "unitsPerEm = 1000;\n}\n";
+    std::ofstream(package + "/order.plist") << "(\nA,\nbar,\ng\n)\n";
+    std::ofstream(package + "/glyphs/A_.glyph") << currentGlyph("A", barMovedRight, 65);
+    std::ofstream(package + "/glyphs/bar.glyph") << currentGlyph("bar", barShape);
+    std::ofstream(package + "/glyphs/g.glyph") << currentGlyph("g", barAtHalfHeight, 103);
+    expectBarComposites(request(package, 1000), "package");
+    std::filesystem::remove_all(package);
+
+    // Without "A" and "g" the samples come from the middle of the font, where composites stand.
+    TemporaryFile middle(currentDocument({currentGlyph("bar", barShape), currentGlyph("Bbar", barMovedRight),
+                                          currentGlyph("Cbar", barAtHalfHeight), currentGlyph("Dbar", barMovedRight)}));
+    Answer fallback = request(middle.path);
+    ASSERT_TRUE(fallback.reply) << fallback.error->description();
+    EXPECT_TRUE(Picture(*fallback.reply).drawn);
 }
