@@ -54,15 +54,22 @@ bool VLGlyph::mastersCompatibleForLayerIds(const std::vector<std::string>& layer
     return std::all_of(layerIds.begin() + 1, layerIds.end(), [&](const auto& id) { return fingerprint(id) == first; });
 }
 
-// The masters' own layers form the group that must match; brace, bracket and colour layers
-// join their groups once the layer kinds are told apart.
+bool VLGlyph::mastersCompatibleForLayers(const std::vector<std::shared_ptr<VLLayer>>& layers)
+{
+    if (layers.size() < 2) return true;
+    std::string first = layers.front()->compareString();
+    return std::all_of(layers.begin() + 1, layers.end(), [&](const auto& layer) { return layer->compareString() == first; });
+}
+
 bool VLGlyph::mastersCompatible()
 {
     if (_masterCompatibilityCheckStatus >= 0) return _masterCompatibilityCheckStatus == 1;
     auto font = parent();
     if (!font || font->axes().empty()) return true;
-    std::vector<std::string> masterIds;
-    for (const auto& master : font->fontMasters()) masterIds.push_back(master->id());
-    _masterCompatibilityCheckStatus = mastersCompatibleForLayerIds(masterIds) ? 1 : 0;
-    return _masterCompatibilityCheckStatus == 1;
+    LayerGroups groups = layerGroups();
+    bool compatible = std::all_of(groups.begin(), groups.end(), [&](const auto& group) {
+        return mastersCompatibleForLayerIds(group);
+    });
+    _masterCompatibilityCheckStatus = compatible ? 1 : 0;
+    return compatible;
 }
