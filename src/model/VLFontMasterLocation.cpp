@@ -1,4 +1,5 @@
 #include "model/VLAxis.h"
+#include "model/VLCustomParameter.h"
 #include "model/VLFont.h"
 #include "model/VLFontMaster.h"
 #include "model/VLMetricValue.h"
@@ -42,6 +43,13 @@ namespace {
 
 const char* const axisLocationKey = "Axis Location";
 
+// The parameter itself, since the cache of values does not see a value changed in place.
+Value axisLocations(const VLFontMaster& master)
+{
+    auto parameter = master.customParameterForKey(axisLocationKey);
+    return parameter ? parameter->value() : Value();
+}
+
 // The entry of the "Axis Location" list for the axis of that name, or null.
 const Value* locationEntry(const Value& locations, const std::string& axisName)
 {
@@ -57,7 +65,7 @@ double VLFontMaster::externAxisValueValueForId(const std::string& axisId)
 {
     auto axis = _font ? _font->axisForId(axisId) : nullptr;
     if (axis)
-        if (const Value* entry = locationEntry(customValueForKey(axisLocationKey), axis->name()))
+        if (const Value* entry = locationEntry(axisLocations(*this), axis->name()))
             if (!(*entry)["Location"].isNull()) return VLSinglePrecision((*entry)["Location"].doubleValue());
     return axisValueValueForId(axisId);
 }
@@ -66,7 +74,7 @@ void VLFontMaster::setExternAxisValueValue_forId(double value, const std::string
 {
     auto axis = _font ? _font->axisForId(axisId) : nullptr;
     if (!axis) return;
-    Value locations = deepMutableCopy(customValueForKey(axisLocationKey));
+    Value locations = deepMutableCopy(axisLocations(*this));
     if (!locations.isArray()) locations = Value(ValueArray());
     ValueArray& list = *locations.mutableArray();
     auto entry = std::find_if(list.begin(), list.end(), [&](const Value& e) { return e["Axis"] == Value(axis->name()); });
