@@ -12,11 +12,6 @@ namespace {
 using Group = std::vector<std::string>;
 using LayerList = std::vector<std::shared_ptr<VLLayer>>;
 
-bool startsWith(const std::string& text, const char* prefix)
-{
-    return text.rfind(prefix, 0) == 0;
-}
-
 bool contains(const Group& group, const std::string& layerId)
 {
     return std::find(group.begin(), group.end(), layerId) != group.end();
@@ -100,7 +95,7 @@ VLGlyph::LayerGroups VLGlyph::layerGroups_masters(const std::vector<std::shared_
         for (const auto& layer : colorGroup) group.push_back(layer->layerId());
         groups.push_back(group);
     }
-    if (groups.size() >= 2) mergeSharingGroups(groups);
+    mergeSharingGroups(groups);
     for (const auto& master : masters)
         if (!seen.contains(master->id())) groups.push_back({master->id()});
     return groups;
@@ -125,7 +120,7 @@ VLGlyph::LayerGroups VLGlyph::forcedLayerGroupIdsSeenLayers(std::set<std::string
     }
     std::vector<std::string> keys;
     for (const auto& [key, members] : filed)
-        if (startsWith(key, "[") || startsWith(key, "Color")) keys.push_back(key);
+        if (key.starts_with("[") || key.starts_with("Color")) keys.push_back(key);
     std::sort(keys.begin(), keys.end(), forcedKeyOrder);
 
     LayerGroups groups;
@@ -137,7 +132,7 @@ VLGlyph::LayerGroups VLGlyph::forcedLayerGroupIdsSeenLayers(std::set<std::string
         auto hasMember = [&](const std::string& masterId) {
             return std::any_of(members.begin(), members.end(), [&](const auto& m) { return m.second == masterId; });
         };
-        if (!startsWith(key, "Color"))
+        if (!key.starts_with("Color"))
             for (const auto& master : masters)
                 if (!hasMember(master->id())) absorb(group, {master->id()});
         seenLayers.insert(group.begin(), group.end());

@@ -90,6 +90,10 @@ TEST(Compatibility, GroupsOfSpecialLayers)
                                                           {"palette-light-2"}}))
         << "a bracket layer of one master is completed by the other masters, repeated palette layers stay apart";
 
+    glyph->removeLayerForId("palette-light");
+    glyph->removeLayerForId("palette-light-2");
+    EXPECT_EQ(glyph->layerGroups(), (VLGlyph::LayerGroups{{"light", "bold", "brace", "bracket-light"}}));
+
     auto smartFont = readTestDocument(layerKindDocuments[0]);
     auto smart = smartFont->glyphForName("A");
     smart->layerForId("backup")->setPartSelection({{"size", Value(1)}});

@@ -241,3 +241,22 @@ TEST(Interpolation, IncompatibleLayers)
     EXPECT_EQ(error.localizedDescription(), "The glyph is not compatible.");
     EXPECT_EQ(f.glyph->interpolate_error(factors({{"m01", 0.5}, {"m02", 0.5}}), nullptr), nullptr);
 }
+
+TEST(Interpolation, HintsPairInTheirSortedOrderAsFarAsBothGo)
+{
+    TwoMasters f;
+    f.first->setHintsFast({hint(VLHintType::Stem, true, 100, 10)});
+    f.second->setHintsFast({hint(VLHintType::Stem, true, 30, 0), hint(VLHintType::Stem, true, 10, 20),
+                            hint(VLHintType::Stem, true, 20, 0)});
+    auto sum = f.glyph->interpolate_error(factors({{"m01", 0.5}, {"m02", 0.5}}), nullptr);
+    ASSERT_EQ(sum->hints().size(), 1u);
+    EXPECT_EQ(sum->hints()[0]->origin(), 55) << "with the lowest of the source";
+    EXPECT_EQ(sum->hints()[0]->width(), 15);
+
+    auto reversed = f.glyph->interpolate_error(factors({{"m02", 0.5}, {"m01", 0.5}}), nullptr);
+    auto stems = VLHint::_sortedHints(reversed->hints())[VLHintType::Stem];
+    ASSERT_EQ(stems.size(), 3u);
+    EXPECT_EQ(stems[0]->origin(), 10);
+    EXPECT_EQ(stems[1]->origin(), 15);
+    EXPECT_EQ(stems[2]->origin(), 55) << "only the template's first hint has a partner in the other layer";
+}

@@ -52,6 +52,9 @@ TEST(DesignSpace, BothFormatsReachTheSameLocations)
         EXPECT_TRUE(glyph->layerForId("brace")->axesValuesList_fontAxes(location, font->axes()));
         EXPECT_EQ(location, (List{500, 90, -1})) << "places beyond the axes keep what the caller put there";
         EXPECT_FALSE(glyph->layerForId("light")->axesValuesList_fontAxes(location, font->axes()));
+        List shorter{-1};
+        glyph->layerForId("brace")->axesValuesList_fontAxes(shorter, font->axes());
+        EXPECT_EQ(shorter, (List{500})) << "a shorter list takes what fits";
 
         auto steps = font->axesValueSteps_glyph({"light", "bold"}, glyph.get());
         EXPECT_EQ(steps[weight], (List{300, 700}));
