@@ -5,8 +5,10 @@
 #include "outline/VLComponent.h"
 #include "outline/VLHint.h"
 #include "outline/VLPath.h"
+#include "platform/VLError.h"
 
 #include <algorithm>
+#include <unordered_map>
 
 std::string VLLayer::compareString() const
 {
@@ -61,14 +63,25 @@ bool VLGlyph::mastersCompatibleForLayers(const std::vector<std::shared_ptr<VLLay
     return std::all_of(layers.begin() + 1, layers.end(), [&](const auto& layer) { return layer->compareString() == first; });
 }
 
+// Groups that could not be formed within their bound count as not compatible, so the masters
+// are drawn apart. A layer's fingerprint is taken once, whatever the number of its groups.
 bool VLGlyph::mastersCompatible()
 {
     if (_masterCompatibilityCheckStatus >= 0) return _masterCompatibilityCheckStatus == 1;
     auto font = parent();
     if (!font || font->axes().empty()) return true;
-    LayerGroups groups = layerGroups();
-    bool compatible = std::all_of(groups.begin(), groups.end(), [&](const auto& group) {
-        return mastersCompatibleForLayerIds(group);
+    VLError error;
+    LayerGroups groups = layerGroups(&error);
+    std::unordered_map<std::string, std::string> fingerprints;
+    auto fingerprint = [&](const std::string& layerId) -> const std::string& {
+        auto [entry, fresh] = fingerprints.try_emplace(layerId);
+        if (auto layer = fresh ? layerForIdFast(layerId) : nullptr) entry->second = layer->compareString();
+        return entry->second;
+    };
+    bool compatible = error.domain.empty() && std::all_of(groups.begin(), groups.end(), [&](const auto& group) {
+        return group.empty() || std::all_of(group.begin(), group.end(), [&](const auto& layerId) {
+                   return fingerprint(layerId) == fingerprint(group.front());
+               });
     });
     _masterCompatibilityCheckStatus = compatible ? 1 : 0;
     return compatible;

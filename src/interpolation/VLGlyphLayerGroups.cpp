@@ -3,52 +3,64 @@
 #include "model/VLGlyph.h"
 #include "model/VLLayer.h"
 #include "platform/StringFormat.h"
+#include "platform/VLError.h"
 
 #include <algorithm>
 #include <map>
+#include <unordered_map>
+#include <unordered_set>
 
 namespace {
 
 using Group = std::vector<std::string>;
 using LayerList = std::vector<std::shared_ptr<VLLayer>>;
 
-bool contains(const Group& group, const std::string& layerId)
-{
-    return std::find(group.begin(), group.end(), layerId) != group.end();
-}
+// A group that takes ids in order, each once.
+struct GroupBuilder {
+    Group ids;
+    std::unordered_set<std::string> members;
 
-bool sharesMember(const Group& a, const Group& b)
-{
-    return std::any_of(b.begin(), b.end(), [&](const auto& layerId) { return contains(a, layerId); });
-}
-
-void absorb(Group& into, const Group& other)
-{
-    for (const auto& layerId : other)
-        if (!contains(into, layerId)) into.push_back(layerId);
-}
+    void add(const std::string& layerId)
+    {
+        if (members.insert(layerId).second) ids.push_back(layerId);
+    }
+};
 
 // Into the first group that shares a layer, or as a group of its own.
 void mergeIntoGroups(VLGlyph::LayerGroups& groups, const Group& group)
 {
-    auto sharing = std::find_if(groups.begin(), groups.end(), [&](const auto& g) { return sharesMember(g, group); });
-    if (sharing != groups.end())
-        absorb(*sharing, group);
-    else
+    const std::unordered_set<std::string> members(group.begin(), group.end());
+    auto sharing = std::find_if(groups.begin(), groups.end(), [&](const Group& g) {
+        return std::any_of(g.begin(), g.end(), [&](const auto& layerId) { return members.contains(layerId); });
+    });
+    if (sharing == groups.end()) {
         groups.push_back(group);
+        return;
+    }
+    GroupBuilder merged{*sharing, {sharing->begin(), sharing->end()}};
+    for (const auto& layerId : group) merged.add(layerId);
+    *sharing = std::move(merged.ids);
 }
 
-// One pass: each group takes in the later ones that share a layer with it as it has grown so far.
+// Each group in turn takes in the later groups that share a layer with it, also through the layers
+// it has taken in. An index of the groups of each layer keeps this linear in the members.
 void mergeSharingGroups(VLGlyph::LayerGroups& groups)
 {
+    std::unordered_map<std::string, std::vector<size_t>> groupsOfLayer;
+    for (size_t i = 0; i < groups.size(); ++i)
+        for (const auto& layerId : groups[i]) groupsOfLayer[layerId].push_back(i);
     std::vector<bool> absorbed(groups.size(), false);
     for (size_t i = 0; i < groups.size(); ++i) {
         if (absorbed[i]) continue;
-        for (size_t j = i + 1; j < groups.size(); ++j) {
-            if (absorbed[j] || !sharesMember(groups[i], groups[j])) continue;
-            absorb(groups[i], groups[j]);
-            absorbed[j] = true;
+        GroupBuilder grown{groups[i], {groups[i].begin(), groups[i].end()}};
+        for (size_t k = 0; k < grown.ids.size(); ++k) {
+            for (size_t j : groupsOfLayer[grown.ids[k]]) {
+                if (j <= i || absorbed[j]) continue;
+                absorbed[j] = true;
+                for (const auto& layerId : groups[j]) grown.add(layerId);
+            }
         }
+        groups[i] = std::move(grown.ids);
     }
     size_t index = 0;
     std::erase_if(groups, [&](const auto&) { return absorbed[index++]; });
@@ -71,17 +83,23 @@ bool forcedKeyOrder(const std::string& a, const std::string& b)
 
 } // namespace
 
-VLGlyph::LayerGroups VLGlyph::layerGroups()
+VLGlyph::LayerGroups VLGlyph::layerGroups(VLError* error)
 {
     auto font = parent();
-    return font ? layerGroups_masters(font->allMasters()) : LayerGroups();
+    return font ? layerGroups_masters_error(font->allMasters(), error) : LayerGroups();
 }
 
-VLGlyph::LayerGroups VLGlyph::layerGroups_masters(const std::vector<std::shared_ptr<VLFontMaster>>& masters)
+VLGlyph::LayerGroups VLGlyph::layerGroups_masters_error(const std::vector<std::shared_ptr<VLFontMaster>>& masters,
+                                                        VLError* error)
 {
     readLayersIfEmpty();
     std::set<std::string> seen;
-    LayerGroups groups = forcedLayerGroupIdsSeenLayers(seen, masters);
+    VLError tooMany;
+    LayerGroups groups = forcedLayerGroupIdsSeenLayers_error(seen, masters, &tooMany);
+    if (!tooMany.domain.empty()) {
+        handOut(error, tooMany);
+        return {};
+    }
     const LayerList layers = _layers.allValues();
     if (isSmartGlyph()) {
         Group smart;
@@ -101,8 +119,9 @@ VLGlyph::LayerGroups VLGlyph::layerGroups_masters(const std::vector<std::shared_
     return groups;
 }
 
-VLGlyph::LayerGroups VLGlyph::forcedLayerGroupIdsSeenLayers(std::set<std::string>& seenLayers,
-                                                           const std::vector<std::shared_ptr<VLFontMaster>>& masters)
+VLGlyph::LayerGroups VLGlyph::forcedLayerGroupIdsSeenLayers_error(std::set<std::string>& seenLayers,
+                                                                 const std::vector<std::shared_ptr<VLFontMaster>>& masters,
+                                                                 VLError* error)
 {
     readLayersIfEmpty();
     std::map<std::string, FiledLayers> filed;
@@ -123,20 +142,26 @@ VLGlyph::LayerGroups VLGlyph::forcedLayerGroupIdsSeenLayers(std::set<std::string
         if (key.starts_with("[") || key.starts_with("Color")) keys.push_back(key);
     std::sort(keys.begin(), keys.end(), forcedKeyOrder);
 
+    // Palette groups pair palette layers alone; the others are completed by every master.
+    size_t completed = std::count_if(keys.begin(), keys.end(), [](const auto& key) { return !key.starts_with("Color"); });
+    if (completed * masters.size() + _layers.count() > VLLayerGroupsMaximumMembers) {
+        handOut(error, VLError::errorWithDomain_code_userInfo(
+                           "VelmorErrorDomain", 125, {{VLError::localizedDescriptionKey, "Too many entries: layer groups"}}));
+        return {};
+    }
     LayerGroups groups;
     for (const std::string& key : keys) {
-        const FiledLayers& members = filed[key];
-        Group group;
-        for (const auto& [layerId, masterId] : members) group.push_back(layerId);
-        // Palette groups pair palette layers alone; the others must match every master.
-        auto hasMember = [&](const std::string& masterId) {
-            return std::any_of(members.begin(), members.end(), [&](const auto& m) { return m.second == masterId; });
-        };
+        GroupBuilder group;
+        std::unordered_set<std::string> mastersWithMembers;
+        for (const auto& [layerId, masterId] : filed[key]) {
+            group.add(layerId);
+            mastersWithMembers.insert(masterId);
+        }
         if (!key.starts_with("Color"))
             for (const auto& master : masters)
-                if (!hasMember(master->id())) absorb(group, {master->id()});
-        seenLayers.insert(group.begin(), group.end());
-        groups.push_back(group);
+                if (!mastersWithMembers.contains(master->id())) group.add(master->id());
+        seenLayers.insert(group.ids.begin(), group.ids.end());
+        groups.push_back(std::move(group.ids));
     }
     return groups;
 }

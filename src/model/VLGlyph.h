@@ -22,6 +22,11 @@ class VLPartProperty;
 struct VLError;
 struct VLPlistParseInfo;
 
+// Each group of bracket layers takes in every master without a layer in it, so the groups of a
+// glyph of many distinct axis rules grow with rules times masters. Real glyphs hold a few
+// thousand ids at most; a glyph whose groups would hold more has its masters drawn apart.
+inline constexpr size_t VLLayerGroupsMaximumMembers = 1 << 18;
+
 // One glyph: its identity and its layers, which are read from the document on first need.
 class VLGlyph : public std::enable_shared_from_this<VLGlyph>, public PredicateSubject {
 public:
@@ -182,14 +187,16 @@ public:
     // Ordered sets of layer ids.
     using LayerGroups = std::vector<std::vector<std::string>>;
     // The groups over all masters of the font, imported ones included.
-    LayerGroups layerGroups();
+    LayerGroups layerGroups(VLError* error = nullptr);
     // Master, brace and bracket layers grouped with the masters by their group keys, repeated
     // palette layers by their place among their master's; groups that share a layer are merged,
-    // and a master in no group stands alone.
-    LayerGroups layerGroups_masters(const std::vector<std::shared_ptr<VLFontMaster>>& masters);
+    // and a master in no group stands alone. Groups that would hold more than
+    // VLLayerGroupsMaximumMembers ids give none, and "Too many entries" (code 125).
+    LayerGroups layerGroups_masters_error(const std::vector<std::shared_ptr<VLFontMaster>>& masters, VLError* error);
     // The groups of master, brace, bracket and palette layers by group key; the ids filed go into seen.
-    LayerGroups forcedLayerGroupIdsSeenLayers(std::set<std::string>& seenLayers,
-                                              const std::vector<std::shared_ptr<VLFontMaster>>& masters);
+    LayerGroups forcedLayerGroupIdsSeenLayers_error(std::set<std::string>& seenLayers,
+                                                    const std::vector<std::shared_ptr<VLFontMaster>>& masters,
+                                                    VLError* error);
     // The k-th colour layer of every master, for each k, when all masters have colour layers of
     // the same keys; nothing otherwise.
     static std::vector<std::vector<std::shared_ptr<VLLayer>>>

@@ -101,7 +101,7 @@ TEST(Compatibility, GroupsOfSpecialLayers)
     smart->setNameFast("_part.stem");
     EXPECT_EQ(smart->layerGroups()[2], (Ids{"bracket-light", "bracket-bold", "backup"}))
         << "the smart layers join the group of one of them";
-    EXPECT_EQ(smart->layerGroups_masters({}).size(), 3u) << "no masters to complete the groups";
+    EXPECT_EQ(smart->layerGroups_masters_error({}, nullptr).size(), 3u) << "no masters to complete the groups";
 
     auto font2 = VLFont::init();
     auto master = VLFontMaster::initFast();
@@ -133,4 +133,34 @@ TEST(Compatibility, ColourLayersPairByTheirPlaceInEachMaster)
     EXPECT_EQ(groups[1][1]->layerId(), "b2");
     layers.push_back(layer("b3", "b", "z", color));
     EXPECT_TRUE(VLGlyph::_colorLayerGroups(layers).empty()) << "the masters' keys differ";
+}
+
+TEST(Compatibility, LayerGroupsAreBoundedInTheirMembers)
+{
+    auto font = VLFont::init();
+    font->addAxis(VLAxis::initWithName_tag("Weight", "wght"));
+    for (int i = 2; i <= 520; ++i) {
+        auto master = VLFontMaster::initFast();
+        master->setId("m" + std::to_string(i));
+        font->addFontMaster(master);
+    }
+    auto glyph = VLGlyph::initFast();
+    font->setGlyphs({glyph});
+    glyph->layerForId("m01");
+    for (int k = 0; k < 510; ++k) {
+        auto bracket = VLLayer::init();
+        glyph->setLayer_forId(bracket, "bracket" + std::to_string(k));
+        bracket->setAssociatedMasterId("m01");
+        ValueDictionary rule{{"min", Value(k)}};
+        bracket->setAttributes({{"axisRules", Value(ValueDictionary{{font->axes()[0]->axisId(), Value(rule)}})}});
+    }
+    VLError error;
+    EXPECT_TRUE(glyph->layerGroups(&error).empty()) << "510 groups of 520 masters each";
+    EXPECT_EQ(error.code, 125);
+    EXPECT_FALSE(glyph->mastersCompatible()) << "the masters are drawn apart";
+
+    for (int k = 0; k < 10; ++k) glyph->removeLayerForId("bracket" + std::to_string(k));
+    auto groups = glyph->layerGroups();
+    ASSERT_EQ(groups.size(), 1u) << "every group shares the masters";
+    EXPECT_EQ(groups[0].size(), 520u + 500u);
 }
