@@ -140,6 +140,13 @@ TEST(Interpolation, SpecialLayersInterpolateAlongside)
                                                                  std::nullopt, &extra, nullptr);
     ASSERT_EQ(extra.size(), 1u) << "a corner copies the brace layers of its master";
     EXPECT_TRUE(extra[0] && extra[0]->isBraceLayer());
+
+    extra.clear();
+    glyph->_interpolate_masters_layerName_additionalLayers_error(factors({{"light", 0.5}, {"bold", 0.5}}),
+                                                                 font->fontMasters(), std::nullopt, &extra, nullptr);
+    ASSERT_EQ(extra.size(), 1u) << "a corner's brace layers, each by the factor of its master";
+    EXPECT_TRUE(extra[0]->isBraceLayer()) << "at their location again";
+    EXPECT_EQ(nodeAt(extra[0], 1), (Point{100, 0}));
 }
 
 TEST(Interpolation, ComponentsAnchorsAndHints)
