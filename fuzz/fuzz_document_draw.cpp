@@ -12,7 +12,19 @@ constexpr int side = 64;
 // Layers are drawn as if the em were the usual 1000 units, whatever the document says.
 constexpr double em = 1000;
 
-// Every master's layer of every glyph, filled at the size of a small thumbnail.
+// The mean of the masters, with the glyph's colour and brace layers interpolated alongside.
+void drawMean(VLGlyph& glyph, const VLFactors& mean, const VLFont& font)
+{
+    glyph.mastersCompatible();
+    std::vector<std::shared_ptr<VLLayer>> layers;
+    auto layer = glyph._interpolate_masters_layerName_additionalLayers_error(mean, font.fontMasters(), std::nullopt,
+                                                                           &layers, nullptr);
+    layers.push_back(layer);
+    for (const auto& drawn : layers)
+        if (drawn) drawn->drawBezierPath()->fill();
+}
+
+// Every master's layer of every glyph and their mean, filled at the size of a small thumbnail.
 void drawEveryLayer(VLFont& font)
 {
     GraphicsContext context(side, side);
@@ -20,9 +32,14 @@ void drawEveryLayer(VLFont& font)
     AffineTransform scale = AffineTransform::transform();
     scale.scaleBy(side / em);
     scale.concat();
-    for (const auto& glyph : font.glyphs())
+    VLFactors mean;
+    for (const auto& master : font.fontMasters())
+        mean.setObject_forKey(VLFactor(1.0 / static_cast<double>(font.fontMasters().size())), master->id());
+    for (const auto& glyph : font.glyphs()) {
         for (const auto& master : font.fontMasters())
             if (auto layer = glyph->layerForId(master->id())) layer->drawBezierPath()->fill();
+        drawMean(*glyph, mean, font);
+    }
 }
 
 } // namespace

@@ -5,8 +5,10 @@
 #include "outline/VLComponent.h"
 #include "outline/VLHint.h"
 #include "outline/VLPath.h"
+#include "platform/VLError.h"
 
 #include <algorithm>
+#include <unordered_map>
 
 std::string VLLayer::compareString() const
 {
@@ -54,15 +56,33 @@ bool VLGlyph::mastersCompatibleForLayerIds(const std::vector<std::string>& layer
     return std::all_of(layerIds.begin() + 1, layerIds.end(), [&](const auto& id) { return fingerprint(id) == first; });
 }
 
-// The masters' own layers form the group that must match; brace, bracket and colour layers
-// join their groups once the layer kinds are told apart.
+bool VLGlyph::mastersCompatibleForLayers(const std::vector<std::shared_ptr<VLLayer>>& layers)
+{
+    if (layers.size() < 2) return true;
+    std::string first = layers.front()->compareString();
+    return std::all_of(layers.begin() + 1, layers.end(), [&](const auto& layer) { return layer->compareString() == first; });
+}
+
+// Groups that could not be formed within their bound count as not compatible, so the masters
+// are drawn apart. A layer's fingerprint is taken once, whatever the number of its groups.
 bool VLGlyph::mastersCompatible()
 {
     if (_masterCompatibilityCheckStatus >= 0) return _masterCompatibilityCheckStatus == 1;
     auto font = parent();
     if (!font || font->axes().empty()) return true;
-    std::vector<std::string> masterIds;
-    for (const auto& master : font->fontMasters()) masterIds.push_back(master->id());
-    _masterCompatibilityCheckStatus = mastersCompatibleForLayerIds(masterIds) ? 1 : 0;
-    return _masterCompatibilityCheckStatus == 1;
+    VLError error;
+    LayerGroups groups = layerGroups(&error);
+    std::unordered_map<std::string, std::string> fingerprints;
+    auto fingerprint = [&](const std::string& layerId) -> const std::string& {
+        auto [entry, fresh] = fingerprints.try_emplace(layerId);
+        if (auto layer = fresh ? layerForIdFast(layerId) : nullptr) entry->second = layer->compareString();
+        return entry->second;
+    };
+    bool compatible = error.domain.empty() && std::all_of(groups.begin(), groups.end(), [&](const auto& group) {
+        return group.empty() || std::all_of(group.begin(), group.end(), [&](const auto& layerId) {
+                   return fingerprint(layerId) == fingerprint(group.front());
+               });
+    });
+    _masterCompatibilityCheckStatus = compatible ? 1 : 0;
+    return compatible;
 }

@@ -2,6 +2,7 @@
 #include "platform/NumberConversion.h"
 
 #include "platform/UUID.h"
+#include "platform/VLError.h"
 
 #include <algorithm>
 #include <array>
@@ -121,4 +122,30 @@ bool VLAxis::isDefault() const
 void VLAxis::setDefaultValue(double value)
 {
     if (std::fabs(value - _defaultValue) > 0.001) _defaultValue = value;
+}
+
+bool VLAxis::validateAxisTag_error(std::string& tag, VLError* error) const
+{
+    if (tag.empty()) return true;
+    const std::string complete = tag;
+    tag = tag.substr(0, 4);
+    bool registered = std::any_of(nameToTag.begin(), nameToTag.end(), [&](const Pair& p) { return tag == p.second; });
+    if (registered || tag.find_first_not_of("0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZ") == std::string::npos) return true;
+    handOut(error, VLError::errorWithDomain_code_userInfo(
+                       "VelmorErrorDomain", 125,
+                       {{VLError::localizedDescriptionKey,
+                         "Custom Axis Tags should only contain Uppercase letter and numbers."},
+                        {VLError::localizedFailureReasonKey, "In Axis: " + name() + " (" + complete + ")"}}));
+    return false;
+}
+
+std::vector<std::shared_ptr<VLAxis>> VLAxis::cornerAxes()
+{
+    std::vector<std::shared_ptr<VLAxis>> axes;
+    for (const char* tag : {"wdth", "hght"}) {
+        auto axis = initWithName_tag(nameForAxisTag(tag).value_or(""), tag);
+        axis->_axisId = tag;
+        axes.push_back(axis);
+    }
+    return axes;
 }

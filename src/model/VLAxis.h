@@ -5,8 +5,10 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 class VLFont;
+struct VLError;
 
 // One axis of the font's design space. Masters and instances keep their location by axisId.
 class VLAxis {
@@ -28,6 +30,12 @@ public:
     // The tag, else the registered one; a shorter one is made from the name, "UNKN" without one.
     std::string axisTagDefault() const;
     std::string shortAxisTag() const;
+    std::string title() const { return name(); }
+    // An empty tag, a registered one, or four of upper-case letters and digits; the tag is cut
+    // to four characters first. Otherwise false with a "VelmorErrorDomain" error, code 125.
+    bool validateAxisTag_error(std::string& tag, VLError* error) const;
+    // The width and height axes in which corner components are placed, with ids "wdth" and "hght".
+    static std::vector<std::shared_ptr<VLAxis>> cornerAxes();
     // Whether the tag is one of the registered axes.
     bool isDefault() const;
     const std::string& axisId() const { return _axisId; }

@@ -18,6 +18,7 @@ class VLFontMaster;
 class VLGlyph;
 class VLInstance;
 class VLMetric;
+class VLMetricValue;
 struct VLError;
 struct VLPlistParseInfo;
 
@@ -119,19 +120,59 @@ public:
     const std::vector<std::shared_ptr<VLGlyph>>& importedGlyphs() const { return _importedGlyphs; }
     void setImportedGlyphs(std::vector<std::shared_ptr<VLGlyph>> glyphs) { _importedGlyphs = std::move(glyphs); }
 
-    // Axes and instances.
-    const std::vector<std::shared_ptr<VLAxis>>& axes() const { return _axes; }
-    void setAxes(std::vector<std::shared_ptr<VLAxis>> axes);
+    // ---- model/VLFontAxes.cpp: the design space. Each axis that joins gets this font as parent.
+
+    using Axes = std::vector<std::shared_ptr<VLAxis>>;
+    // A location by axis id, as masters and instances keep it.
+    using AxesValues = std::map<std::string, std::shared_ptr<VLMetricValue>, std::less<>>;
+    const Axes& axes() const { return _axes; }
+    void setAxes(Axes axes);
     void addAxis(const std::shared_ptr<VLAxis>& axis);
+    // A null axis is not inserted; an index past the end appends.
+    void insertObject_inAxesAtIndex(const std::shared_ptr<VLAxis>& axis, size_t index);
+    // Past the end nothing changes.
+    void replaceObjectInAxesAtIndex_withObject(size_t index, const std::shared_ptr<VLAxis>& axis);
+    void removeObjectFromAxes(const std::shared_ptr<VLAxis>& axis);
+    void removeObjectFromAxesAtIndex(size_t index);
     // The axes that older documents imply: as many of weight, width and four custom axes as
     // the masters' "interpolations" use, at least one.
-    std::vector<std::shared_ptr<VLAxis>> legacyAxes();
+    Axes legacyAxes();
     static size_t getAxisCountFromMasters(const std::vector<std::shared_ptr<VLFontMaster>>& masters);
     size_t countOfAxes() const { return _axes.size(); }
     std::shared_ptr<VLAxis> objectInAxesAtIndex(size_t index) const;
+    long indexOfObjectInAxes(const std::shared_ptr<VLAxis>& axis) const;
     std::shared_ptr<VLAxis> axisForId(const std::string& axisId) const;
     std::shared_ptr<VLAxis> axisForName(const std::string& name) const;
     std::shared_ptr<VLAxis> axisForTag(const std::string& tag) const;
+    // The master's value of each axis, in order; missing ones are made at 0 and stored.
+    static std::vector<std::shared_ptr<VLMetricValue>> axesPositionsFromAxes_master(const Axes& axes,
+                                                                                    VLFontMaster& master);
+    // A location list: the position of each axis in order, 0 where the location has none.
+    static std::vector<double> axesValueListFromAxes_axesValues(const Axes& axes, const AxesValues& values);
+    static void axesValueListFromAxes_axesValues_intoList(const Axes& axes, const AxesValues& values,
+                                                          std::vector<double>& list);
+    // The location of a list, by axis id, in new values.
+    static AxesValues axesValuesFromAxes_axesValuesList(const Axes& axes, const std::vector<double>& list);
+
+    // ---- model/VLFontDesignSpace.cpp: masters across imported fonts, the default master and
+    // the values that the masters take on each axis.
+
+    // The font's masters followed by the imported ones.
+    std::vector<std::shared_ptr<VLFontMaster>> allMasters() const;
+    size_t countOfAllMasters() const { return _fontMasters.size() + _importedFontMasters.size(); }
+    std::shared_ptr<VLFontMaster> allMasterAtIndex(size_t index) const;
+    // The master that "Variable Font Origin" names by id or by name, asked of the owner first and
+    // then of the font; the first master otherwise.
+    std::shared_ptr<VLFontMaster> defaultFontMaster() { return defaultFontMaster(nullptr); }
+    std::shared_ptr<VLFontMaster> defaultFontMaster(VLCustomParameterOwner* owner);
+    // Per axis id, the distinct values that the masters of the ids, the active "Virtual Master"
+    // parameters and the glyph's brace layers of those ids take, ascending. Axes without any have
+    // no entry.
+    using AxisSteps = std::map<std::string, std::vector<double>, std::less<>>;
+    AxisSteps axesValueSteps(const std::vector<std::string>& masterIds) { return axesValueSteps_glyph(masterIds, nullptr); }
+    AxisSteps axesValueSteps_glyph(const std::vector<std::string>& masterIds, VLGlyph* glyph);
+
+    // Instances.
     const std::vector<std::shared_ptr<VLInstance>>& instances() const { return _instances; }
     void setInstances(std::vector<std::shared_ptr<VLInstance>> instances) { _instances = std::move(instances); }
 

@@ -130,11 +130,21 @@ public:
     // The layer's secondary metrics are passed over.
     static int8_t isOnMetrics_metrics_inLayer(double y, const ValueList& metrics, const VLLayer* layer);
 
-    // Location, by axis id.
+    // ---- model/VLFontMasterLocation.cpp: the location, by axis id; a missing axis stands at 0.
+
     const Values& axesValues() const { return _axesValues; }
     double axisValueValueForId(const std::string& axisId) const;
     void setAxisValueValue_forId(double value, const std::string& axisId);
+    // A null value removes the axis.
     void setAxisValue_forId(std::shared_ptr<VLMetricValue> value, const std::string& axisId);
+    // The value of each of the font's axes, in their order, made at 0 where missing.
+    ValueList axes();
+    // The location as a list in the order of the font's axes.
+    std::vector<double> axesValuesList() const;
+    // The user-facing value: the "Location" that the "Axis Location" parameter gives the axis's
+    // name, else the internal one. The setter keeps the parameter's other entries.
+    double externAxisValueValueForId(const std::string& axisId);
+    void setExternAxisValueValue_forId(double value, const std::string& axisId);
 
     // Raw values kept between reading and the post-read pass, when the font's axes and metrics are known.
     const std::optional<ValueDictionary>& readBuffer() const { return _readBuffer.values(); }

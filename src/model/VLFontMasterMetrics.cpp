@@ -322,27 +322,6 @@ double VLFontMaster::topHeightForLayer(const VLLayer* layer) const
     return height > 100000 ? metricForType_layer(VLMetric::TypeAscender, layer) : height;
 }
 
-double VLFontMaster::axisValueValueForId(const std::string& axisId) const
-{
-    auto it = _axesValues.find(axisId);
-    return it == _axesValues.end() ? 0.0 : it->second->position();
-}
-
-void VLFontMaster::setAxisValueValue_forId(double value, const std::string& axisId)
-{
-    setAxisValue_forId(VLMetricValue::initWithPosition(value), axisId);
-}
-
-void VLFontMaster::setAxisValue_forId(std::shared_ptr<VLMetricValue> value, const std::string& axisId)
-{
-    if (!value) {
-        _axesValues.erase(axisId);
-        return;
-    }
-    value->setParent(this);
-    _axesValues[axisId] = std::move(value);
-}
-
 void VLFontMaster::loadReadBuffer()
 {
     if (!readBuffer() || !_font) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "model/VLColorIndex.h"
+#include "model/VLFactors.h"
 #include "model/VLOrderedDictionary.h"
 #include "platform/Color.h"
 #include "platform/Predicate.h"
@@ -9,15 +10,22 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
 class BezierPath;
 class VLFont;
+class VLFontMaster;
 class VLLayer;
 class VLPartProperty;
 struct VLError;
 struct VLPlistParseInfo;
+
+// Each group of bracket layers takes in every master without a layer in it, so the groups of a
+// glyph of many distinct axis rules grow with rules times masters. Real glyphs hold a few
+// thousand ids at most; a glyph whose groups would hold more has its masters drawn apart.
+inline constexpr size_t VLLayerGroupsMaximumMembers = 1 << 18;
 
 // One glyph: its identity and its layers, which are read from the document on first need.
 class VLGlyph : public std::enable_shared_from_this<VLGlyph>, public PredicateSubject {
@@ -141,13 +149,78 @@ public:
     // Reads the layers noted in the document; false when the text can't be read.
     bool readLayersFormat(uint8_t format);
 
+    // ---- model/VLGlyphLayerLookup.cpp: layers by name, key and kind; each reads the layers first.
+
+    // The first in the order of layers. An empty master id stands for a layer without master.
+    std::shared_ptr<VLLayer> layerForName(const std::string& name);
+    std::shared_ptr<VLLayer> layerForName_masterId(const std::string& name, const std::string& masterId);
+    std::shared_ptr<VLLayer> layerForKey_masterId(const std::string& key, const std::string& masterId);
+    // The match of each master that has one, in the order of the ids.
+    std::vector<std::shared_ptr<VLLayer>> layersForName_masterIDs(const std::string& name,
+                                                                  const std::vector<std::string>& masterIds);
+    // In the order of the font's masters, a master's own layer ahead of its others; layers of an
+    // unknown master last.
+    std::vector<std::shared_ptr<VLLayer>> sortedLayers();
+    bool hasSpecialLayers();
+    bool hasBracketLayer();
+    bool hasBraceLayer();
+    bool isAnyColorGlyph();
+    bool isFullColorGlyph();
+    bool isColorPaletteGlyph();
+    bool isSVGColorGlyph();
+    bool isAppleColorGlyph();
+
     double lastOperationInterval() const { return _lastOperationInterval; }
     void setLastOperationInterval(double seconds) { _lastOperationInterval = seconds; }
 
-    // Whether the master layers share one structure, so that they can be blended.
-    // Cached; a font without axes has nothing to vary and answers true without caching.
+    // ---- interpolation/VLGlyphCompatibility.cpp: whether layers share one structure.
+
+    // Whether the layers of each layer group match, so that they can be blended. Cached; a font
+    // without axes has nothing to vary and answers true without caching.
     bool mastersCompatible();
+    // A missing layer matches only an empty one.
     bool mastersCompatibleForLayerIds(const std::vector<std::string>& layerIds);
+    static bool mastersCompatibleForLayers(const std::vector<std::shared_ptr<VLLayer>>& layers);
+
+    // ---- interpolation/VLGlyphLayerGroups.cpp: which layers must match each other.
+
+    // Ordered sets of layer ids.
+    using LayerGroups = std::vector<std::vector<std::string>>;
+    // The groups over all masters of the font, imported ones included.
+    LayerGroups layerGroups(VLError* error = nullptr);
+    // Master, brace and bracket layers grouped with the masters by their group keys, repeated
+    // palette layers by their place among their master's; groups that share a layer are merged,
+    // and a master in no group stands alone. Groups that would hold more than
+    // VLLayerGroupsMaximumMembers ids give none, and "Too many entries" (code 125).
+    LayerGroups layerGroups_masters_error(const std::vector<std::shared_ptr<VLFontMaster>>& masters, VLError* error);
+    // The groups of master, brace, bracket and palette layers by group key; the ids filed go into seen.
+    LayerGroups forcedLayerGroupIdsSeenLayers_error(std::set<std::string>& seenLayers,
+                                                    const std::vector<std::shared_ptr<VLFontMaster>>& masters,
+                                                    VLError* error);
+    // The k-th colour layer of every master, for each k, when all masters have colour layers of
+    // the same keys; nothing otherwise.
+    static std::vector<std::vector<std::shared_ptr<VLLayer>>>
+    _colorLayerGroups(const std::vector<std::shared_ptr<VLLayer>>& layers);
+
+    // ---- interpolation/VLGlyphInterpolation.cpp and interpolation/VLLayerSum.cpp: new layers
+    // from the glyph's layers and a factor dictionary keyed by layer or master id.
+
+    // The sum of the layers of the factors' ids, each scaled by its factor, as a new layer without
+    // parent. One factor copies its layer, whatever its value; no factor copies the first master's.
+    // Layers of unlike structure give a shapeless layer of the summed widths; shapes of unlike
+    // kinds at one place give null and "The glyph is not compatible." (code 125).
+    std::shared_ptr<VLLayer> interpolate_error(const VLFactors& factors, VLError* error);
+    // The same among the given masters, by layer name where one is given, the colour layers and
+    // a corner glyph's brace layers interpolated alike into additionalLayers where it is given.
+    std::shared_ptr<VLLayer>
+    _interpolate_masters_layerName_additionalLayers_error(const VLFactors& factors,
+                                                               const std::vector<std::shared_ptr<VLFontMaster>>& masters,
+                                                               const std::optional<std::string>& layerName,
+                                                               std::vector<std::shared_ptr<VLLayer>>* additionalLayers,
+                                                               VLError* error);
+    // The weighted sum proper, over the layers in their order, on a zeroed copy of the first.
+    std::shared_ptr<VLLayer> _interpolateLayers_interpolation_error(const std::vector<std::shared_ptr<VLLayer>>& layers,
+                                                                    const VLFactors& factors, VLError* error);
 
     // The thumbnail's view of the glyph.
     double maxWidth();
@@ -156,6 +229,7 @@ public:
 
 private:
     bool readLayersIfEmpty();
+    bool anyLayerIs(bool (VLLayer::*kind)() const);
     uint8_t formatOfParent() const;
 
     Layers _layers;

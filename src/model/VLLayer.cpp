@@ -270,8 +270,22 @@ Value VLLayer::attributeForKey(const std::string& key) const
     return it == _attributes.end() ? Value() : it->second;
 }
 
+void VLLayer::setAttributes(ValueDictionary attributes)
+{
+    _attributes = std::move(attributes);
+    _layerKey.reset();
+    _layerGroupKey.reset();
+}
+
 void VLLayer::setAttribute_forKey(const Value& value, const std::string& key)
 {
     VLSetUserData(_attributes, value, key);
+    _layerGroupKey.reset();
+}
+
+void VLLayer::removeAttributeForKey(const std::string& key)
+{
+    _attributes.erase(key);
+    _layerGroupKey.reset();
 }
 

@@ -20,6 +20,7 @@
 
 class BezierPath;
 class VLAnchor;
+class VLAxis;
 class VLBackgroundImage;
 class VLFontMaster;
 class VLHint;
@@ -77,11 +78,12 @@ public:
 
     // What makes a layer special (axis rules, coordinates, colour); set as they stand, without
     // the normalisation that shapes do. A null value removes the key.
+    // A change of attributes drops the group key; setAttributes drops the layer key as well.
     const ValueDictionary& attributes() const { return _attributes; }
-    void setAttributes(ValueDictionary attributes) { _attributes = std::move(attributes); }
+    void setAttributes(ValueDictionary attributes);
     Value attributeForKey(const std::string& key) const;
     void setAttribute_forKey(const Value& value, const std::string& key);
-    void removeAttributeForKey(const std::string& key) { _attributes.erase(key); }
+    void removeAttributeForKey(const std::string& key);
 
     // Shapes.
     const Shapes& shapes() const { return _shapes; }
@@ -146,6 +148,45 @@ public:
     // Seconds since 2001-01-01 of the last flush of the outline caches.
     double lastUpdate() const { return _lastUpdate; }
     void setLastUpdate(double seconds) { _lastUpdate = seconds; }
+
+    // ---- model/VLLayerKinds.cpp: what the layer is for, told by its ids and attributes.
+
+    // Brace layers stand at "coordinates" between masters, bracket layers replace their master
+    // where "axisRules" match; colour layers carry "color", "colorPalette", "sbixSize" or "svg".
+    // Setting a kind to false removes its attribute; true adds one where it is missing.
+    bool isBraceLayer() const { return _attributes.contains("coordinates"); }
+    void setBraceLayer(bool brace);
+    bool isBracketLayer() const { return _attributes.contains("axisRules"); }
+    void setBracketLayer(bool bracket);
+    bool isSmartComponentLayer() const { return !_partSelection.empty(); }
+    bool isSpecialLayer() const { return !_attributes.empty() || !_partSelection.empty(); }
+    bool isFullColorLayer() const { return _attributes.contains("color"); }
+    void setFullColorLayer(bool color);
+    bool isColorPaletteLayer() const { return _attributes.contains("colorPalette"); }
+    void setColorPaletteLayer(bool palette);
+    bool isAppleColorLayer() const { return _attributes.contains("sbixSize"); }
+    void setAppleColorLayer(bool apple);
+    bool isSVGColorLayer() const { return _attributes.contains("svg"); }
+    void setSVGColorLayer(bool svg);
+    bool isAnyColorLayer() const;
+    bool isAnySpecialLayer() const { return isMasterLayer() || isSpecialLayer() || isAnyColorLayer(); }
+
+    // The identity of a special layer among the layers of its master: its name, fixed the first
+    // time it is asked with attributes set. Null for a layer without attributes.
+    std::optional<std::string> layerKey() const;
+    void resetLayerKey() { _layerKey.reset(); }
+    // Layers of one key across the masters interpolate together: the axis rules, then the colour,
+    // in words. Empty without attributes.
+    std::string layerGroupKey() const;
+    // "[100‹wg‹200]"; null unless "axisRules" is a dictionary.
+    std::optional<std::string> descriptionForAttributeAxisRules() const;
+    // "Color 3", "Color *", "Color", "iColor 128", "svg", or "".
+    std::string descriptionForAttributeColor() const;
+    // Writes the "coordinates" of each axis that has one into its place of the list, leaving the
+    // other places; false without coordinates.
+    bool axesValuesList_fontAxes(std::vector<double>& list, const std::vector<std::shared_ptr<VLAxis>>& axes) const;
+    // Whether the coordinates lie within every rule of an axis they name; bounds are inclusive.
+    static bool rule_matchesCoordinates(const Value& rule, const Value& coordinates);
 
     // ---- model/VLLayerMetrics.cpp: metrics as the associated master gives them.
 
@@ -285,6 +326,9 @@ private:
     std::string _associatedMasterId;
     std::weak_ptr<VLGlyph> _glyph;
     ValueDictionary _attributes;
+    // Computed once; dropped as the attributes change.
+    mutable std::optional<std::string> _layerKey;
+    mutable std::optional<std::string> _layerGroupKey;
     Shapes _shapes;
     Anchors _anchors;
     Hints _hints;

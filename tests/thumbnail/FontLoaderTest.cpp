@@ -353,6 +353,28 @@ TEST(GlyphThumbnail, IncompatibleMastersShowTheFirstMasterAlone)
     }
 }
 
+TEST(GlyphThumbnail, ABraceLayerUnlikeTheMastersShowsTheFirstMasterAlone)
+{
+    Font f(2);
+    f.font->addAxis(VLAxis::initWithName_tag("Weight", "wght"));
+    auto glyph = f.add("A", {600, 600}, box(0, 0, 100, 100));
+    setOutline(*glyph->layerForId("m02"), box(0, 0, 300, 300));
+    auto brace = VLLayer::init();
+    glyph->setLayer_forId(brace, "brace");
+    brace->setAssociatedMasterId("m01");
+    brace->setBraceLayer(true);
+    setOutline(*brace, dome(1));
+    EXPECT_EQ(glyph->bezierPath()->bounds(), (Rect{{0, 0}, {100, 100}}));
+
+    auto backup = f.add("B", {600, 600}, box(0, 0, 100, 100));
+    setOutline(*backup->layerForId("m02"), box(0, 0, 300, 300));
+    auto old = VLLayer::init();
+    backup->setLayer_forId(old, "old");
+    old->setAssociatedMasterId("m01");
+    setOutline(*old, dome(1));
+    EXPECT_EQ(backup->bezierPath()->bounds(), (Rect{{0, 0}, {200, 200}})) << "a backup layer is free to differ";
+}
+
 TEST(GlyphThumbnail, ShorterMasterOutlineGivesNoMean)
 {
     Font f(2);

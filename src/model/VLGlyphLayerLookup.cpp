@@ -1,0 +1,111 @@
+#include "model/VLFont.h"
+#include "model/VLFontMaster.h"
+#include "model/VLGlyph.h"
+#include "model/VLLayer.h"
+
+#include <algorithm>
+
+namespace {
+
+using LayerList = std::vector<std::shared_ptr<VLLayer>>;
+
+template <typename Test> std::shared_ptr<VLLayer> firstLayer(const LayerList& layers, Test test)
+{
+    auto found = std::find_if(layers.begin(), layers.end(), [&](const auto& layer) { return test(*layer); });
+    return found == layers.end() ? nullptr : *found;
+}
+
+} // namespace
+
+std::shared_ptr<VLLayer> VLGlyph::layerForName(const std::string& name)
+{
+    readLayersIfEmpty();
+    return firstLayer(_layers.allValues(), [&](const VLLayer& layer) { return layer.name() == name; });
+}
+
+std::shared_ptr<VLLayer> VLGlyph::layerForName_masterId(const std::string& name, const std::string& masterId)
+{
+    readLayersIfEmpty();
+    return firstLayer(_layers.allValues(), [&](const VLLayer& layer) {
+        return layer.name() == name && layer.associatedMasterId() == masterId;
+    });
+}
+
+std::shared_ptr<VLLayer> VLGlyph::layerForKey_masterId(const std::string& key, const std::string& masterId)
+{
+    readLayersIfEmpty();
+    return firstLayer(_layers.allValues(), [&](const VLLayer& layer) {
+        return layer.layerKey() == key && layer.associatedMasterId() == masterId;
+    });
+}
+
+std::vector<std::shared_ptr<VLLayer>> VLGlyph::layersForName_masterIDs(const std::string& name,
+                                                                       const std::vector<std::string>& masterIds)
+{
+    LayerList found;
+    for (const std::string& masterId : masterIds)
+        if (auto layer = layerForName_masterId(name, masterId)) found.push_back(layer);
+    return found;
+}
+
+std::vector<std::shared_ptr<VLLayer>> VLGlyph::sortedLayers()
+{
+    readLayersIfEmpty();
+    std::vector<std::string> masterIds;
+    if (auto font = parent())
+        for (const auto& master : font->fontMasters()) masterIds.push_back(master->id());
+    auto place = [&](const VLLayer& layer) {
+        auto found = std::find(masterIds.begin(), masterIds.end(), layer.associatedMasterId());
+        return std::make_pair(found - masterIds.begin(), !layer.isMasterLayer());
+    };
+    LayerList layers = _layers.allValues();
+    std::stable_sort(layers.begin(), layers.end(), [&](const auto& a, const auto& b) { return place(*a) < place(*b); });
+    return layers;
+}
+
+bool VLGlyph::anyLayerIs(bool (VLLayer::*kind)() const)
+{
+    readLayersIfEmpty();
+    const LayerList layers = _layers.allValues();
+    return std::any_of(layers.begin(), layers.end(), [&](const auto& layer) { return ((*layer).*kind)(); });
+}
+
+bool VLGlyph::hasSpecialLayers()
+{
+    return anyLayerIs(&VLLayer::isSpecialLayer);
+}
+
+bool VLGlyph::hasBracketLayer()
+{
+    return anyLayerIs(&VLLayer::isBracketLayer);
+}
+
+bool VLGlyph::hasBraceLayer()
+{
+    return anyLayerIs(&VLLayer::isBraceLayer);
+}
+
+bool VLGlyph::isAnyColorGlyph()
+{
+    return anyLayerIs(&VLLayer::isAnyColorLayer);
+}
+
+bool VLGlyph::isFullColorGlyph()
+{
+    return anyLayerIs(&VLLayer::isFullColorLayer);
+}
+
+bool VLGlyph::isColorPaletteGlyph()
+{
+    return anyLayerIs(&VLLayer::isColorPaletteLayer);
+}
+
+bool VLGlyph::isSVGColorGlyph()
+{
+    return anyLayerIs(&VLLayer::isSVGColorLayer);
+}
+
+bool VLGlyph::isAppleColorGlyph()
+{
+    return anyLayerIs(&VLLayer::isAppleColorLayer);
+}
