@@ -57,6 +57,12 @@ public:
     // falling back on the master layer.
     std::shared_ptr<VLLayer> baseComponentLayerForGlyph(const std::shared_ptr<VLGlyph>& glyph) const;
     std::shared_ptr<VLLayer> baseComponentLayer() const { return baseComponentLayerForGlyph(component()); }
+    // A colour layer of a lower index of the same palette entry, else the entry's plain layer.
+    static std::shared_ptr<VLLayer> fallbackColorLayerKey_layerKey_masterID(VLGlyph& glyph, const std::string& key,
+                                                                            const std::string& masterId);
+    // The glyph interpolated at the location of the brace layer the component stands in, for a
+    // glyph without a layer there.
+    std::shared_ptr<VLLayer> _interpolatedLayer_masterID(VLGlyph& glyph, const std::string& masterId) const;
     // The layer whose shapes the component draws.
     std::shared_ptr<VLLayer> componentLayer() const;
     // The hook for a layer scaled so that its stems keep their weight; no scaler ships with this
@@ -107,6 +113,8 @@ private:
     // What places the base layer's outline: the transform, unless a scaler sized the layer,
     // with the layer's origin anchor moved to the position.
     std::optional<AffineTransform> layerTransform(const VLLayer& base) const;
+    std::shared_ptr<VLLayer> specialOrMasterLayer(VLGlyph& glyph, const std::optional<std::string>& key,
+                                                  const std::string& masterId) const;
     void placeLayerOutline(BezierPath& path, const VLLayer& base) const;
 
     std::string _componentName;
@@ -116,4 +124,7 @@ private:
     double _keepWeight = 0.0;
     ValueDictionary _pieceSettings;
     mutable std::weak_ptr<VLGlyph> _component;
+    // The last interpolated layer, and the glyph's last change when it was made.
+    mutable std::shared_ptr<VLLayer> _cachedLayer;
+    mutable double _lastChange = 0.0;
 };

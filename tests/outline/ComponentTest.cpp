@@ -6,6 +6,7 @@
 #include "platform/AffineTransform.h"
 #include "platform/BezierPath.h"
 #include "support/ComponentInFont.h"
+#include "support/TestDocuments.h"
 
 #include <gtest/gtest.h>
 
@@ -299,4 +300,25 @@ TEST(ComponentOutline, PensThatFillReceiveOutlinesOthersTheComponent)
     component->drawInPen(paths);
     ASSERT_EQ(paths.layer()->countOfComponents(), 1);
     EXPECT_EQ(paths.layer()->countOfPaths(), 0);
+}
+
+TEST(ComponentOutline, SpecialLayersShowTheBaseGlyphsLayerOfTheSameKind)
+{
+    auto font = readTestDocument("components/special-layers.velmor");
+    ASSERT_TRUE(font);
+    auto a = font->glyphForName("A");
+    // The brace layer at weight 500: "base" has no layer there and is interpolated halfway
+    // between its squares of 100 and 300; "owned" has its own brace layer, a square of 55.
+    auto brace = a->layerForId("A-brace");
+    ASSERT_TRUE(brace && brace->isBraceLayer());
+    EXPECT_EQ(brace->drawBezierPath()->bounds(), (Rect{{0, 0}, {1055, 200}}));
+    EXPECT_EQ(a->layerForId("light")->drawBezierPath()->bounds(), (Rect{{0, 0}, {100, 100}})) << "masters show masters";
+
+    // Palette entry 1, third colour: "base" has only the first, which stands in.
+    EXPECT_EQ(a->layerForId("A-palette")->drawBezierPath()->bounds(), (Rect{{0, 0}, {7, 7}}));
+    auto base = font->glyphForName("base");
+    EXPECT_EQ(VLComponent::fallbackColorLayerKey_layerKey_masterID(*base, "Color 1_1", "light"), nullptr)
+        << "no lower colour than the first";
+    EXPECT_EQ(VLComponent::fallbackColorLayerKey_layerKey_masterID(*base, "Color 1_9", "bold"), nullptr)
+        << "only the master's own colour layers";
 }
