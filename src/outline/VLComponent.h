@@ -14,8 +14,9 @@ class VLLayer;
 struct VLPlistParseInfo;
 
 // Another glyph's layer placed in a layer, by name, with a transform of its own.
-// A component reaches no deeper than this below the layer that is drawn, and shows as a reference
-// to itself there: real fonts nest a few levels, and a chain of thousands would exhaust the stack.
+// A component this many levels below the layer that is drawn shows as a reference to itself
+// instead of its glyph: real fonts nest a few levels, and a chain of thousands would exhaust the
+// stack.
 inline constexpr size_t VLComponentMaximumDepth = 32;
 // A layer's outline stops taking in components at this many elements, so that components that
 // place many copies of glyphs that place many copies stay within bounded time and memory.

@@ -72,7 +72,6 @@ std::shared_ptr<BezierPath> VLComponent::bezierPathIgnorePlaceholder_seen_hasPat
     }
     // The name stays in seen: whatever asks on has reached the same circle.
     if (base == layer()) return placeholder(newBadReferencePath());
-    if (base->countOfPaths() > 0) hasPaths = true;
     auto path = base->drawBezierPath_hasPaths(seen, hasPaths);
     placeLayerOutline(*path, *base);
     seen.erase(_componentName);

@@ -239,6 +239,7 @@ TEST(ComponentOutline, ReferencesThatCannotBeDrawnShowTheirFigures)
     Rect empty = VLComponent::newEmptyBaseGlyphPath()->bounds();
     EXPECT_EQ(lone->drawBezierPath()->bounds(), (Rect{{empty.origin.x, -1000}, {empty.size.width, 1001}}));
     EXPECT_EQ(layerOf(f, "N")->drawBezierPath()->elementCount(), 0);
+    EXPECT_EQ(place(layerOf(f, "L2"), "N")->bezierPathIgnorePlaceholder(true)->elementCount(), 0) << "no figure when ignored";
 }
 
 TEST(ComponentOutline, ChainsCirclesAndFanOutsEndWithBoundedOutlines)
@@ -252,6 +253,16 @@ TEST(ComponentOutline, ChainsCirclesAndFanOutsEndWithBoundedOutlines)
     for (int i = 0; i < 20000; ++i) place(layerOf(f, "c" + std::to_string(i)), "c" + std::to_string(i + 1));
     auto chain = layerOf(f, "c0")->drawBezierPath();
     EXPECT_EQ(chain->bounds(), VLComponent::newBadReferencePath()->bounds());
+    EXPECT_FALSE(place(layerOf(f, "H2"), "c0")->hasAnyPaths()) << "no glyph of the chain within reach has paths";
+    // Each level's own square, 20 units on from the last, counts the levels drawn: 31 below the
+    // top, and the figure in place of the 32nd.
+    for (int i = 0; i < 40; ++i) {
+        auto level = layerOf(f, "c" + std::to_string(i));
+        level->addShapeFast(rectanglePath(0, 0, 10, 10));
+        std::static_pointer_cast<VLComponent>(level->shapes().front())->setPositionFast({20, 0});
+        level->setNeedUpdateShapes();
+    }
+    EXPECT_EQ(layerOf(f, "c0")->drawBezierPath()->bounds().maxX(), 32 * 20 + VLComponent::newBadReferencePath()->bounds().maxX());
 
     // Eight levels that each place ten copies of the next would be 10^8 squares.
     for (int level = 0; level < 8; ++level)
@@ -262,7 +273,6 @@ TEST(ComponentOutline, ChainsCirclesAndFanOutsEndWithBoundedOutlines)
     EXPECT_GT(fan->elementCount(), VLLayerMaximumComposedElements / 2);
     EXPECT_LE(fan->elementCount(), 2 * VLLayerMaximumComposedElements);
     EXPECT_TRUE(place(layerOf(f, "H"), "f0")->hasAnyPaths());
-    EXPECT_FALSE(place(layerOf(f, "H2"), "c0")->hasAnyPaths());
 }
 
 TEST(ComponentOutline, DecomposingLeavesThePathsTheComponentsShow)
