@@ -49,11 +49,8 @@ public:
 
     // ---- outline/VLComponentLayers.cpp: the glyph and the layer the component shows.
     // The glyph componentName names, looked up again when there is none yet or it belongs to
-    // another font.
+    // another font: a glyph once found is followed through a change of its name.
     std::shared_ptr<VLGlyph> component() const;
-    // With notify, a glyph found under another name (through the font's other look-ups) gives
-    // the component its name.
-    void updateComponentGlyph(bool notify);
     // The glyph's layer for the layer key and master of the layer the component stands in,
     // falling back on the master layer.
     std::shared_ptr<VLLayer> baseComponentLayerForGlyph(const std::shared_ptr<VLGlyph>& glyph) const;

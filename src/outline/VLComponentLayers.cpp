@@ -19,13 +19,6 @@ std::shared_ptr<VLGlyph> VLComponent::component() const
     return found;
 }
 
-void VLComponent::updateComponentGlyph(bool notify)
-{
-    auto found = component();
-    // The look-up also knows glyphs by other names; the reference then takes the glyph's own.
-    if (found && notify && found->name() != _componentName) _componentName = found->name();
-}
-
 std::shared_ptr<VLLayer> VLComponent::baseComponentLayerForGlyph(const std::shared_ptr<VLGlyph>& glyph) const
 {
     auto owner = layer();

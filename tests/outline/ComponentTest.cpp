@@ -191,6 +191,17 @@ TEST(ComponentOutline, LayersShowTheirComponentsPlacedNestedAndMirrored)
 TEST(ComponentOutline, OriginAnchorsAndScaledLayersChangeThePlacement)
 {
     ComponentInFont f;
+    // A glyph once found is followed when it is renamed; a new reference by the old name is not.
+    auto follower = place(f.layer, "B");
+    EXPECT_EQ(follower->bezierPath()->bounds(), (Rect{{0, 0}, {10, 10}}));
+    f.font->glyphForName("B")->setNameFast("B.renamed");
+    f.font->resetCache();
+    EXPECT_EQ(follower->bezierPath()->bounds(), (Rect{{0, 0}, {10, 10}}));
+    EXPECT_EQ(place(f.layer, "B")->bezierPath()->bounds(), VLComponent::newMissingBaseGlyphPath()->bounds());
+    f.font->glyphForName("B.renamed")->setNameFast("B");
+    f.font->resetCache();
+    f.layer->setShapesFast({});
+
     auto origin = VLAnchor::init();
     origin->setName("*origin");
     origin->setPositionFast({5, 5});
@@ -327,6 +338,13 @@ TEST(ComponentOutline, SpecialLayersShowTheBaseGlyphsLayerOfTheSameKind)
     // Palette entry 1, third colour: "base" has only the first, which stands in.
     EXPECT_EQ(a->layerForId("A-palette")->drawBezierPath()->bounds(), (Rect{{0, 0}, {7, 7}}));
     auto base = font->glyphForName("base");
+    // The interpolated layer is made once, and again after the glyph changed.
+    auto inBrace = std::static_pointer_cast<VLComponent>(brace->shapes().front());
+    auto interpolated = inBrace->componentLayer();
+    EXPECT_EQ(inBrace->componentLayer(), interpolated);
+    base->setLastOperationInterval(base->lastOperationInterval() + 1);
+    EXPECT_NE(inBrace->componentLayer(), interpolated);
+
     EXPECT_EQ(VLComponent::fallbackColorLayerKey_layerKey_masterID(*base, "Color 1_1", "light"), nullptr)
         << "no lower colour than the first";
     EXPECT_EQ(VLComponent::fallbackColorLayerKey_layerKey_masterID(*base, "Color 1_9", "bold"), nullptr)
