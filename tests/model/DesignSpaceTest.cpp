@@ -147,6 +147,14 @@ TEST(DesignSpace, AxesJoinAndLeaveTheFont)
     EXPECT_EQ(c->parent(), font);
     EXPECT_EQ(font->indexOfObjectInAxes(a), 1);
 
+    b->setName("Weight");
+    c->setAxisTag("ABCD");
+    EXPECT_EQ(font->axisForName("Weight"), b);
+    EXPECT_EQ(font->axisForTag("wght"), b) << "the tag that the name registers";
+    EXPECT_EQ(font->axisForTag("ABCD"), c);
+    EXPECT_EQ(font->axisForId(a->axisId()), a);
+    EXPECT_EQ(font->axisForTag("none"), nullptr);
+
     auto d = VLAxis::init();
     font->replaceObjectInAxesAtIndex_withObject(3, d);
     EXPECT_EQ(d->parent(), nullptr) << "past the end nothing changes";
@@ -154,7 +162,7 @@ TEST(DesignSpace, AxesJoinAndLeaveTheFont)
     EXPECT_EQ(b->parent(), nullptr);
     EXPECT_EQ(d->parent(), font);
     font->removeObjectFromAxes(a);
-    font->removeObjectFromAxesAtIndex(5);
+    font->removeObjectFromAxesAtIndex(2);
     EXPECT_EQ(a->parent(), nullptr);
     font->removeObjectFromAxesAtIndex(1);
     EXPECT_EQ(font->axes(), (VLFont::Axes{d}));
