@@ -182,7 +182,7 @@ TEST(Interpolation, ComponentsAnchorsAndHints)
     EXPECT_EQ(c.scale(), (Point{2, 1.75}));
     EXPECT_EQ(c.angle(), 20);
     EXPECT_EQ(c.slantVertical(), 7) << "by the y factor";
-    EXPECT_EQ(static_cast<int>(c.alignment()), VLComponent::AlignmentDisabled);
+    EXPECT_EQ(static_cast<int>(c.alignment()), static_cast<int>(VLComponent::AlignmentDisabled));
     EXPECT_EQ(c.keepWeight(), 20);
     EXPECT_EQ(c.pieceSettings().at("size").doubleValue(), 40);
     EXPECT_EQ(c.pieceSettings().at("stale").doubleValue(), 0) << "zeroed, and no part axis of the glyph";
