@@ -215,6 +215,7 @@ std::shared_ptr<VLLayer> VLGlyph::layerForId(const std::string& layerId)
 void VLGlyph::setLayer_forId(const std::shared_ptr<VLLayer>& layer, const std::string& layerId)
 {
     if (!layer) return;
+    _masterCompatibilityCheckStatus = -1;
     layer->setParent(shared_from_this());
     layer->setLayerId(layerId);
     auto font = parent();

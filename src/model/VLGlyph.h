@@ -141,7 +141,12 @@ public:
     // Reads the layers first if needed; asking for a master's layer creates an empty one.
     std::shared_ptr<VLLayer> layerForId(const std::string& layerId);
     void setLayer_forId(const std::shared_ptr<VLLayer>& layer, const std::string& layerId);
-    void removeLayerForId(const std::string& layerId) { _layers.removeObjectForKey(layerId); }
+    // Adding or removing a layer asks for the compatibility of the masters again.
+    void removeLayerForId(const std::string& layerId)
+    {
+        _layers.removeObjectForKey(layerId);
+        _masterCompatibilityCheckStatus = -1;
+    }
     // The layer of the first master, without reading.
     std::shared_ptr<VLLayer> layer0() const;
     void stopUpdates();

@@ -3,6 +3,7 @@
 #include "model/VLFontMaster.h"
 #include "model/VLGlyph.h"
 #include "model/VLLayer.h"
+#include "outline/VLHint.h"
 #include "outline/VLNode.h"
 #include "outline/VLPath.h"
 #include "support/TestDocuments.h"
@@ -31,6 +32,20 @@ TEST(Compatibility, FingerprintsOfMasterLayers)
     EXPECT_TRUE(glyph->mastersCompatible()) << "without axes nothing varies";
     font->addAxis(VLAxis::initWithName_tag("Weight", "wght"));
     EXPECT_FALSE(glyph->mastersCompatible());
+    glyph->layerForId("m02")->setShapesFast({rectanglePath(0, 0, 20, 20)});
+    EXPECT_FALSE(glyph->mastersCompatible()) << "kept until the layers change";
+
+    auto dot = VLPath::init();
+    dot->addNodeFastWithPosition_type_connection({5, 5}, VLNodeType::LINE, VLNode::SHARP);
+    dot->setClosed(false);
+    auto corner = VLHint::init();
+    corner->setType(VLHintType::Corner);
+    corner->setName("_corner.round");
+    corner->setOriginIndex({0, 12});
+    auto layer = glyph->layerForId("m01");
+    layer->setShapesFast({dot, VLPath::init()});
+    layer->setHintsFast({corner});
+    EXPECT_EQ(layer->compareString(), "l|_&&_corner.round@@0,12") << "a path of one node counts, an empty one not";
 }
 
 namespace {
@@ -160,6 +175,7 @@ TEST(Compatibility, LayerGroupsAreBoundedInTheirMembers)
     EXPECT_FALSE(glyph->mastersCompatible()) << "the masters are drawn apart";
 
     for (int k = 0; k < 10; ++k) glyph->removeLayerForId("bracket" + std::to_string(k));
+    EXPECT_TRUE(glyph->mastersCompatible()) << "asked again once the layers change";
     auto groups = glyph->layerGroups();
     ASSERT_EQ(groups.size(), 1u) << "every group shares the masters";
     EXPECT_EQ(groups[0].size(), 520u + 500u);

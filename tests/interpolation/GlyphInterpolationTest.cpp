@@ -162,10 +162,12 @@ TEST(Interpolation, ComponentsAnchorsAndHints)
     auto a = component("B", {10, 20}, {1, 1});
     a->setAngle(10);
     a->setSlantVertical(4);
+    a->setSlantHorizontal(2);
     a->setPieceSettings({{"size", Value(20)}, {"stale", Value(7)}});
     auto b = component("B", {30, 60}, {3, 2});
     b->setAngle(30);
     b->setSlantVertical(8);
+    b->setSlantHorizontal(6);
     b->setAlignment(VLComponent::AlignmentDisabled);
     b->setKeepWeight(40);
     b->setPieceSettings({{"size", Value(60)}, {"other", Value(5)}});
@@ -181,8 +183,9 @@ TEST(Interpolation, ComponentsAnchorsAndHints)
     EXPECT_EQ(c.position(), (Point{20, 50}));
     EXPECT_EQ(c.scale(), (Point{2, 1.75}));
     EXPECT_EQ(c.angle(), 20);
+    EXPECT_EQ(c.slantHorizontal(), 4);
     EXPECT_EQ(c.slantVertical(), 7) << "by the y factor";
-    EXPECT_EQ(c.alignment(), VLComponent::AlignmentDisabled);
+    EXPECT_EQ(static_cast<int>(c.alignment()), static_cast<int>(VLComponent::AlignmentDisabled));
     EXPECT_EQ(c.keepWeight(), 20);
     EXPECT_EQ(c.pieceSettings().at("size").doubleValue(), 40);
     EXPECT_EQ(c.pieceSettings().at("stale").doubleValue(), 0) << "zeroed, and no part axis of the glyph";

@@ -85,6 +85,23 @@ TEST(DesignSpace, DefaultMasterByIdThenNameThenFirst)
     EXPECT_EQ(other->defaultFontMaster()->id(), "m02") << "by name";
 }
 
+TEST(DesignSpace, AllMastersIncludeTheImportedOnes)
+{
+    auto font = VLFont::init();
+    auto imported = masterWithId("i01", "Imported");
+    EXPECT_EQ(font->allMasters(), font->fontMasters());
+    font->setImportedFontMasters({imported});
+    ASSERT_EQ(font->countOfAllMasters(), 2u);
+    EXPECT_EQ(font->allMasters().back(), imported);
+    EXPECT_EQ(font->allMasterAtIndex(0), font->fontMasters()[0]);
+    EXPECT_EQ(font->allMasterAtIndex(1), imported);
+    EXPECT_EQ(font->allMasterAtIndex(2), nullptr);
+    imported->setAxisValueValue_forId(5, "w");
+    font->addAxis(VLAxis::init());
+    font->axes()[0]->setAxisId("w");
+    EXPECT_EQ(font->axesValueSteps({"i01"})["w"], (List{5})) << "imported masters have steps too";
+}
+
 TEST(DesignSpace, LocationListsFollowTheOrderOfTheAxes)
 {
     auto font = VLFont::init();
@@ -130,6 +147,14 @@ TEST(DesignSpace, AxesJoinAndLeaveTheFont)
     EXPECT_EQ(c->parent(), font);
     EXPECT_EQ(font->indexOfObjectInAxes(a), 1);
 
+    b->setName("Weight");
+    c->setAxisTag("ABCD");
+    EXPECT_EQ(font->axisForName("Weight"), b);
+    EXPECT_EQ(font->axisForTag("wght"), b) << "the tag that the name registers";
+    EXPECT_EQ(font->axisForTag("ABCD"), c);
+    EXPECT_EQ(font->axisForId(a->axisId()), a);
+    EXPECT_EQ(font->axisForTag("none"), nullptr);
+
     auto d = VLAxis::init();
     font->replaceObjectInAxesAtIndex_withObject(3, d);
     EXPECT_EQ(d->parent(), nullptr) << "past the end nothing changes";
@@ -137,7 +162,7 @@ TEST(DesignSpace, AxesJoinAndLeaveTheFont)
     EXPECT_EQ(b->parent(), nullptr);
     EXPECT_EQ(d->parent(), font);
     font->removeObjectFromAxes(a);
-    font->removeObjectFromAxesAtIndex(5);
+    font->removeObjectFromAxesAtIndex(2);
     EXPECT_EQ(a->parent(), nullptr);
     font->removeObjectFromAxesAtIndex(1);
     EXPECT_EQ(font->axes(), (VLFont::Axes{d}));
@@ -160,8 +185,9 @@ TEST(DesignSpace, VirtualMastersNeedLocationsInEveryEntry)
     inactive->setActive(false);
     font->addCustomParameter(inactive);
 
+    font->fontMasters()[0]->setAxisValueValue_forId(3, weight);
     auto steps = font->axesValueSteps({"m01"});
-    EXPECT_EQ(steps[weight], (List{0, static_cast<float>(1.1)})) << "the first entry of the axis, in single precision";
+    EXPECT_EQ(steps[weight], (List{static_cast<float>(1.1), 3})) << "the first entry of the axis, in single precision";
     EXPECT_TRUE(font->axesValueSteps({}).count(weight)) << "a virtual master alone gives steps";
     font->setAxes({});
     EXPECT_TRUE(font->axesValueSteps({"m01"}).empty());
