@@ -4,7 +4,7 @@
 #include "model/VLLayer.h"
 #include "platform/BezierPath.h"
 #include "platform/GraphicsContext.h"
-#include "thumbnail/VLFontLoader.h"
+#include "thumbnail/ThumbnailCommand.h"
 
 namespace {
 
@@ -25,25 +25,10 @@ void drawEveryLayer(VLFont& font)
             if (auto layer = glyph->layerForId(master->id())) layer->drawBezierPath()->fill();
 }
 
-// The service's route: layout, then drawing into a small context.
-void drawThumbnail(std::shared_ptr<VLFont> font)
-{
-    VLFontLoader loader;
-    loader.setFont(std::move(font));
-    try {
-        if (loader.layoutThumbnail().width <= VLFontLoader::narrowestAcceptedCanvas) return;
-        GraphicsContext context(side, side);
-        GraphicsContext::Current current(context);
-        AffineTransform transform = AffineTransform::transform();
-        transform.scaleBy(side / loader.canvasSize().width);
-        transform.concat();
-        loader.drawThumbnail();
-    } catch (const VLException&) {
-    }
-}
-
 } // namespace
 
+// Every layer drawn, then the command's own route: the request, the layout, the drawing at a size
+// taken from the last byte, and the PNG.
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
 {
     auto font = readWholeDocument(data, size);
@@ -52,6 +37,12 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
         drawEveryLayer(*font);
     } catch (const VLException&) {
     }
-    drawThumbnail(std::move(font));
+    FuzzDocument document(data, size);
+    ThumbnailCommandOptions options;
+    options.input = document.path();
+    options.size = 1 + data[size - 1] % side;
+    options.fullContext = data[0] & 1;
+    std::vector<uint8_t> png;
+    renderThumbnailCommand(options, png);
     return 0;
 }

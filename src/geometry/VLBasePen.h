@@ -1,7 +1,7 @@
 #pragma once
 
 #include "geometry/VLPenProtocol.h"
-#include "model/VLUnsetValue.h"
+#include "platform/VLUnsetValue.h"
 
 #include <span>
 

@@ -1,6 +1,7 @@
 #include "geometry/VLCubic.h"
 
 #include "geometry/VLGeometry.h"
+#include "platform/QuadraticRoots.h"
 
 #include <algorithm>
 #include <cmath>
@@ -30,16 +31,13 @@ Point blossom(const VLCubic& c, double t1, double t2, double t3)
     return VLLerp(e, f, t3);
 }
 
-// The derivative of one coordinate is 3 (a t^2 + b t + c).
 void foldExtrema(const VLCubic& c, double (*coordinate)(Point), double& lo, double& hi)
 {
-    double p0 = coordinate(c[0]), p1 = coordinate(c[1]);
-    double p2 = coordinate(c[2]), p3 = coordinate(c[3]);
-    double roots[2];
-    VLSolveQuadratic(-p0 + 3 * p1 - 3 * p2 + p3, 2 * (p0 - 2 * p1 + p2), p1 - p0, roots[0], roots[1]);
-    for (double t : roots) {
-        if (!(t > 0.0 && t < 1.0)) continue;
-        double value = coordinate(VLCubicPoint(c[0], c[1], c[2], c[3], t));
+    double times[2];
+    int count = VLCubicExtremaTimes(coordinate(c[0]), coordinate(c[1]), coordinate(c[2]), coordinate(c[3]), 0.0, 1.0,
+                                    times);
+    for (int i = 0; i < count; ++i) {
+        double value = coordinate(VLCubicPoint(c[0], c[1], c[2], c[3], times[i]));
         lo = std::min(lo, value);
         hi = std::max(hi, value);
     }
@@ -66,20 +64,6 @@ int keepRoots(const long double* candidates, int n, double roots[3])
     for (int i = 0; i < n; ++i)
         if (inRootRange(candidates[i])) roots[kept++] = static_cast<double>(candidates[i]);
     return kept;
-}
-
-int quadraticRoots(long double a, long double b, long double c, double roots[3])
-{
-    if (std::fabs(a) < 1e-12L) {
-        if (std::fabs(b) < 1e-12L) return 0;
-        long double t = -c / b;
-        return keepRoots(&t, 1, roots);
-    }
-    long double discriminant = b * b - 4 * a * c;
-    if (discriminant < 0) return 0;
-    long double root = std::sqrt(discriminant);
-    long double candidates[2] = {(-b + root) / (2 * a), (-b - root) / (2 * a)};
-    return keepRoots(candidates, discriminant == 0 ? 1 : 2, roots);
 }
 
 } // namespace
@@ -177,7 +161,11 @@ bool VLHandlesNearChord(const VLCubic& c)
 int VLRootsOfCubic(double a, double b, double c, double d, double roots[3])
 {
     long double A = a, B = b, C = c, D = d;
-    if (std::fabs(A) < 1e-12L) return quadraticRoots(B, C, D, roots);
+    if (std::fabs(A) < 1e-12L) {
+        long double candidates[2];
+        VLSolveQuadratic(B, C, D, candidates[0], candidates[1]);
+        return keepRoots(candidates, 2, roots);
+    }
     // Depressed cubic x^3 + p x + q with t = x - B / 3A.
     long double b3 = B / (3 * A);
     long double p = C / A - B * b3;

@@ -5,9 +5,6 @@
 
 namespace {
 
-constexpr double DegreesPerRadian = 57.29577951308232;
-constexpr double RadiansPerDegree = 0.017453292519943295;
-
 Point lineFoot(Point p, Point a, Point b)
 {
     double dx = b.x - a.x;
@@ -38,7 +35,7 @@ double VLVectorAngle(double dx, double dy)
 {
     if (std::fabs(dx) < 0.01 && std::fabs(dy) < 0.01) return 0.0;
     if (dx == 0.0) return dy >= 0.0 ? 90.0 : 270.0;
-    double angle = std::atan(VLSinglePrecision(dy / dx)) * DegreesPerRadian;
+    double angle = std::atan(VLSinglePrecision(dy / dx)) * VLDegreesPerRadian;
     return dx > 0.0 ? angle : angle + 180.0;
 }
 
@@ -64,20 +61,6 @@ Point VLNearestPointUnlimited(Point p, Point a, Point b, double* t)
     return foot;
 }
 
-void VLSolveQuadratic(double a, double b, double c, double& root1, double& root2)
-{
-    root1 = root2 = VLUnsetValue;
-    if (std::fabs(a) < 1e-12) {
-        if (std::fabs(b) >= 1e-12) root1 = -c / b;
-        return;
-    }
-    double discriminant = b * b - 4 * a * c;
-    if (discriminant < 0) return;
-    double root = std::sqrt(discriminant);
-    root1 = (-b + root) / (2 * a);
-    root2 = (-b - root) / (2 * a);
-}
-
 Point VLLineIntersection(Point a1, Point a2, Point b1, Point b2)
 {
     if (rangesApart(a1.x, a2.x, b1.x, b2.x)) return {VLUnsetValue, 0.0};
@@ -97,7 +80,7 @@ double VLGeometry::angleBetweenVector_andVector(Point a, Point b)
     double d = (a.x * b.x + a.y * b.y) / lengths;
     if (d < -0.999999) return 180.0;
     if (d > 0.999999) return 0.0;
-    double angle = std::acos(VLSinglePrecision(d)) * DegreesPerRadian;
+    double angle = std::acos(VLSinglePrecision(d)) * VLDegreesPerRadian;
     return a.x * b.y - a.y * b.x > 0 ? -angle : angle;
 }
 
@@ -114,7 +97,7 @@ bool VLGeometry::angle_toRun_rise(double degrees, int& run, int& rise)
         rise = 1;
         return true;
     }
-    double slope = std::tan(degrees * RadiansPerDegree);
+    double slope = std::tan(degrees * VLRadiansPerDegree);
     double target = std::fabs(slope);
     bool found = false;
     run = 1;

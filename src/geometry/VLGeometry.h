@@ -1,10 +1,13 @@
 #pragma once
 
-#include "model/VLUnsetValue.h"
-#include "platform/NumberConversion.h"
 #include "platform/Geometry.h"
+#include "platform/NumberConversion.h"
+#include "platform/VLUnsetValue.h"
 
 #include <cmath>
+
+inline constexpr double VLDegreesPerRadian = 57.29577951308232;
+inline constexpr double VLRadiansPerDegree = 0.017453292519943295;
 
 inline double VLSquareDistance(Point a, Point b)
 {
@@ -29,9 +32,6 @@ Point VLNearestPoint(Point p, Point a, Point b, double* t);
 // The foot of p on the infinite line through a and b; a line shorter than 0.0001 gives a and
 // leaves t alone. t is negative for a foot before a.
 Point VLNearestPointUnlimited(Point p, Point a, Point b, double* t);
-
-// The two roots of a t^2 + b t + c; a missing root is VLUnsetValue.
-void VLSolveQuadratic(double a, double b, double c, double& root1, double& root2);
 
 // The crossing of the lines through a1-a2 and b1-b2, x = VLUnsetValue for none. Lines whose x
 // ranges lie strictly apart are not intersected.

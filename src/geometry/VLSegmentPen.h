@@ -3,7 +3,7 @@
 #include "geometry/VLBasePen.h"
 #include "geometry/VLPathSegment.h"
 #include "geometry/VLPenProtocol.h"
-#include "model/VLUnsetValue.h"
+#include "platform/VLUnsetValue.h"
 
 #include <span>
 

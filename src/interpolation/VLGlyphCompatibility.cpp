@@ -13,10 +13,10 @@ std::string VLLayer::compareString() const
     std::lock_guard lock(_monitor);
     std::string text;
     for (const auto& shape : _shapes) {
-        if (shape->shapeType() == VLShape::VLShapeTypePath) {
+        if (shape->shapeType() == VLShapeType::Path) {
             const auto& path = static_cast<const VLPath&>(*shape);
             if (path.count() > 0) text += path.compareString();
-        } else if (shape->shapeType() == VLShape::VLShapeTypeComponent) {
+        } else if (shape->shapeType() == VLShapeType::Component) {
             const std::string& name = static_cast<const VLComponent&>(*shape).componentName();
             text += name.empty() ? "empty name" : name;
             text += ' ';

@@ -1,7 +1,7 @@
 #include "model/FTPointArray.h"
 #include "platform/NumberConversion.h"
 
-#include "model/VLUnsetValue.h"
+#include "platform/VLUnsetValue.h"
 
 #include <algorithm>
 #include <cmath>

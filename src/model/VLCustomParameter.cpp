@@ -1,6 +1,6 @@
 #include "model/VLCustomParameter.h"
 
-#include "model/VLUnsetValue.h"
+#include "platform/VLUnsetValue.h"
 
 #include <cmath>
 #include <cstdlib>

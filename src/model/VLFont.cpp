@@ -1,11 +1,12 @@
 #include "model/VLFont.h"
 
+#include "model/VLAxis.h"
+#include "model/VLChildren.h"
 #include "model/VLCustomParameter.h"
 #include "model/VLFontMaster.h"
-#include "model/VLLayer.h"
-#include "model/VLAxis.h"
 #include "model/VLGlyph.h"
 #include "model/VLInstance.h"
+#include "model/VLLayer.h"
 #include "model/VLMetric.h"
 #include "model/VLUserData.h"
 
@@ -23,22 +24,14 @@ std::shared_ptr<VLFont> VLFont::init()
     return font;
 }
 
-VLFont::~VLFont()
-{
-    closePlistParseInfo(&_pInfo);
-}
-
 void VLFont::setGlyphs(std::vector<std::shared_ptr<VLGlyph>> glyphs)
 {
-    _glyphs = std::move(glyphs);
-    for (const auto& glyph : _glyphs) glyph->setParent(shared_from_this());
+    VLSetChildren(_glyphs, std::move(glyphs), shared_from_this());
 }
 
 void VLFont::addGlyphFast(const std::shared_ptr<VLGlyph>& glyph)
 {
-    if (!glyph) return;
-    glyph->setParent(shared_from_this());
-    _glyphs.push_back(glyph);
+    VLAddChild(_glyphs, glyph, shared_from_this());
 }
 
 std::shared_ptr<VLGlyph> VLFont::objectInGlyphsAtIndex(size_t index) const

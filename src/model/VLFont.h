@@ -3,7 +3,6 @@
 #include "model/VLContainer.h"
 #include "model/VLCustomParameterOwner.h"
 #include "platform/Value.h"
-#include "reader/VLPlistParseInfo.h"
 
 #include <cstdint>
 #include <map>
@@ -11,6 +10,7 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <unordered_set>
 #include <vector>
 
 class VLAxis;
@@ -19,6 +19,7 @@ class VLGlyph;
 class VLInstance;
 class VLMetric;
 struct VLError;
+struct VLPlistParseInfo;
 
 // One document: glyphs, masters and the font-wide settings that drawing needs.
 class VLFont : public VLContainer, public VLCustomParameterOwner, public std::enable_shared_from_this<VLFont> {
@@ -28,7 +29,6 @@ public:
 
     // A new font holding exactly one master "m01" made with initFast.
     static std::shared_ptr<VLFont> init();
-    ~VLFont() override;
     // A deep copy of everything the font keeps, glyphs with their ids; interface updates are off.
     std::shared_ptr<VLFont> copy() const;
 
@@ -57,7 +57,11 @@ public:
     void setGlyphs(std::vector<std::shared_ptr<VLGlyph>> glyphs);
     void addGlyphFast(const std::shared_ptr<VLGlyph>& glyph);
     const std::vector<std::string>& glyphFiles() const { return _glyphFiles; }
-    void setGlyphFiles(std::vector<std::string> names) { _glyphFiles = std::move(names); }
+    void setGlyphFiles(std::vector<std::string> names)
+    {
+        _glyphFiles = std::move(names);
+        _glyphFileNames.clear();
+    }
     // The larger of the loaded glyphs and the glyph files of a package.
     size_t countOfGlyphs() const { return std::max(_glyphs.size(), _glyphFiles.size()); }
     // The loaded glyphs alone.
@@ -234,6 +238,10 @@ public:
     void stopUpdateInterface();
     void disableUpdateInterface();
     void enableUpdateInterface();
+    // What reading the layers of glyphs may still build, in records (nodes, shapes, anchors,
+    // hints, layers); unbounded unless a request bounds it.
+    uint64_t* outlineRecordsLeft() { return &_outlineRecordsLeft; }
+    void setOutlineRecordsLeft(uint64_t records) { _outlineRecordsLeft = records; }
     void enableFutureUpdates() { _disabledChanges = false; }
     bool isUpdateInterfaceEnabled() const { return !_disabledChanges; }
 
@@ -245,6 +253,8 @@ private:
 
     std::vector<std::shared_ptr<VLGlyph>> _glyphs;
     std::vector<std::string> _glyphFiles;
+    // The same names, for lookups; filled when first asked.
+    std::unordered_set<std::string> _glyphFileNames;
     uint32_t _unitsPerEm = 1000;
     uint64_t _versionMajor = 1;
     uint64_t _versionMinor = 0;
@@ -269,10 +279,12 @@ private:
     std::optional<std::set<std::string>> _disabledChangeKeys;
     std::string _fontName;
     std::string _note;
-    // Keeps the document text mapped: glyphs read their layers from it on demand.
-    VLPlistParseInfo _pInfo;
+    // Keeps the document text mapped: glyphs read their layers from it on demand. A shared
+    // pointer, since it needs the reader's type only where the reader makes it.
+    std::shared_ptr<VLPlistParseInfo> _pInfo;
     std::optional<ValueDictionary> _tempData;
     uint8_t _formatVersion = 3;
+    uint64_t _outlineRecordsLeft = UINT64_MAX;
     int8_t _fontType = FontTypeDefault;
     uint8_t _storedFormatVersion = 0;
     std::string _appVersion;

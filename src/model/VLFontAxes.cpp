@@ -1,17 +1,15 @@
 #include "model/VLAxis.h"
+#include "model/VLChildren.h"
 #include "model/VLFont.h"
 
 void VLFont::setAxes(std::vector<std::shared_ptr<VLAxis>> axes)
 {
-    _axes = std::move(axes);
-    for (const auto& axis : _axes) axis->setParent(shared_from_this());
+    VLSetChildren(_axes, std::move(axes), shared_from_this());
 }
 
 void VLFont::addAxis(const std::shared_ptr<VLAxis>& axis)
 {
-    if (!axis) return;
-    axis->setParent(shared_from_this());
-    _axes.push_back(axis);
+    VLAddChild(_axes, axis, shared_from_this());
 }
 
 std::shared_ptr<VLAxis> VLFont::objectInAxesAtIndex(size_t index) const

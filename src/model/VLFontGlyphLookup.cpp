@@ -2,9 +2,11 @@
 #include "model/VLGlyph.h"
 #include "model/VLStringHelpers.h"
 #include "model/VLVelmorInfo.h"
+#include "reader/VLDocumentFile.h"
 
 #include <algorithm>
 #include <cstdlib>
+#include <string_view>
 
 namespace {
 
@@ -45,11 +47,15 @@ std::shared_ptr<VLGlyph> VLFont::localGlyphForName(const std::string& name)
 {
     if (_name2Glyph.empty()) prepareName2Glyph();
     if (auto glyph = find(_name2Glyph, name)) return glyph;
-    if (std::find(_glyphFiles.begin(), _glyphFiles.end(), name) == _glyphFiles.end() || name.empty()) return nullptr;
-    // A name with a slash would lead the read out of the package's glyph folder.
-    if (name.find('/') != std::string::npos) return nullptr;
+    // A name with a slash would lead the read out of the package's glyph folder, and one with a
+    // NUL byte would stand for the file named by its start.
+    if (name.empty() || name.find_first_of(std::string_view("/\0", 2)) != std::string::npos) return nullptr;
+    if (_glyphFileNames.empty()) _glyphFileNames.insert(_glyphFiles.begin(), _glyphFiles.end());
+    if (!_glyphFileNames.contains(name)) return nullptr;
     // A glyph of a package that is named for the first time; a failed read is tried again next time.
-    std::string path = tempDataForKey("filePath").string() + "/glyphs/" + VLVelmorInfo::glyphNameToFileName(name) + ".glyph";
+    std::string folder = tempDataForKey("filePath").string();
+    std::string path = folder + "/glyphs/" + VLVelmorInfo::glyphNameToFileName(name) + ".glyph";
+    if (!isInsideFolder(path, folder)) return nullptr;
     auto glyph = VLGlyph::initWithFile_format_error(path, _formatVersion, nullptr);
     if (!glyph) return nullptr;
     addGlyphFast(glyph);

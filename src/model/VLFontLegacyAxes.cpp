@@ -1,4 +1,5 @@
 #include "model/VLAxis.h"
+#include "model/VLChildren.h"
 #include "model/VLFont.h"
 #include "model/VLFontMaster.h"
 
@@ -22,8 +23,7 @@ std::vector<std::shared_ptr<VLAxis>> VLFont::legacyAxes()
     for (size_t i = 0; i < count; ++i) {
         auto axis = VLAxis::initWithName_tag(legacyAxisNames[i].first, legacyAxisNames[i].second);
         axis->setAxisId(VLAxis::axisIdForNumber(i + 1));
-        axis->setParent(shared_from_this());
-        axes.push_back(axis);
+        VLAddChild(axes, std::move(axis), shared_from_this());
     }
     return axes;
 }

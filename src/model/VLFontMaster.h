@@ -1,8 +1,9 @@
 #pragma once
 
 #include "model/VLCustomParameterOwner.h"
-#include "model/VLUnsetValue.h"
+#include "model/VLReadBuffer.h"
 #include "platform/Geometry.h"
+#include "platform/VLUnsetValue.h"
 #include "platform/Value.h"
 
 #include <cstddef>
@@ -136,8 +137,8 @@ public:
     void setAxisValue_forId(std::shared_ptr<VLMetricValue> value, const std::string& axisId);
 
     // Raw values kept between reading and the post-read pass, when the font's axes and metrics are known.
-    const std::optional<ValueDictionary>& readBuffer() const { return _readBuffer; }
-    void setReadBuffer_forKey(const Value& value, const std::string& key);
+    const std::optional<ValueDictionary>& readBuffer() const { return _readBuffer.values(); }
+    void setReadBuffer_forKey(const Value& value, const std::string& key) { _readBuffer.setValue_forKey(value, key); }
     void loadReadBuffer();
     void _readMetric_withFilter_fromBuffer(uint8_t type, const std::optional<std::string>& filter, const std::string& key);
 
@@ -166,7 +167,7 @@ private:
     uint32_t _gridSubDivision = 1;
     Values _metricValues;
     Values _axesValues;
-    std::optional<ValueDictionary> _readBuffer;
+    VLReadBuffer _readBuffer;
     std::string _name;
     VLFont* _font = nullptr;
     ValueDictionary _userData;

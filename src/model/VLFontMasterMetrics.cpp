@@ -1,11 +1,11 @@
 #include "model/VLAxis.h"
-#include "platform/NumberConversion.h"
 #include "model/VLFont.h"
 #include "model/VLFontMaster.h"
 #include "model/VLGlyph.h"
 #include "model/VLLayer.h"
 #include "model/VLMetric.h"
 #include "model/VLMetricValue.h"
+#include "platform/NumberConversion.h"
 #include "platform/Predicate.h"
 
 namespace {
@@ -343,20 +343,13 @@ void VLFontMaster::setAxisValue_forId(std::shared_ptr<VLMetricValue> value, cons
     _axesValues[axisId] = std::move(value);
 }
 
-void VLFontMaster::setReadBuffer_forKey(const Value& value, const std::string& key)
-{
-    if (value.isNull()) return;
-    if (!_readBuffer) _readBuffer.emplace();
-    (*_readBuffer)[key] = value;
-}
-
 void VLFontMaster::loadReadBuffer()
 {
-    if (!_readBuffer || !_font) {
-        _readBuffer.reset();
+    if (!readBuffer() || !_font) {
+        _readBuffer.clear();
         return;
     }
-    const Value buffer(*_readBuffer);
+    const Value buffer(*readBuffer());
     const auto& metrics = _font->metrics();
     const ValueArray& values = buffer["metricValues"].array();
     for (size_t i = 0; i < metrics.size() && i < values.size(); ++i) {
@@ -375,16 +368,17 @@ void VLFontMaster::loadReadBuffer()
     for (size_t i = 0; i < axes.size() && i < interpolations.count(); ++i)
         setAxisValue_forId(VLMetricValue::initWithPosition(VLSinglePrecision(interpolations[i].doubleValue())),
                            axes[i]->axisId());
-    _readBuffer.reset();
+    _readBuffer.clear();
 }
 
 void VLFontMaster::_readMetric_withFilter_fromBuffer(uint8_t type, const std::optional<std::string>& filter,
                                                      const std::string& key)
 {
-    if (!_readBuffer || !_font) return;
-    auto it = _readBuffer->find(key);
-    if (it == _readBuffer->end() && key != "italic angle") return;
-    double position = it == _readBuffer->end() ? 0.0 : it->second.doubleValue();
+    const auto& buffer = readBuffer();
+    if (!buffer || !_font) return;
+    auto it = buffer->find(key);
+    if (it == buffer->end() && key != "italic angle") return;
+    double position = it == buffer->end() ? 0.0 : it->second.doubleValue();
 
     std::shared_ptr<VLMetric> metric;
     for (const auto& candidate : _font->metrics())

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+#include <utility>
 #include <vector>
 
 // A sort for orders that are not total: an element that the comparator places after a later

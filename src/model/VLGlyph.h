@@ -5,7 +5,6 @@
 #include "platform/Color.h"
 #include "platform/Predicate.h"
 #include "platform/Value.h"
-#include "reader/VLPlistParseInfo.h"
 
 #include <cstdint>
 #include <memory>
@@ -17,6 +16,8 @@ class BezierPath;
 class VLFont;
 class VLLayer;
 class VLPartProperty;
+struct VLError;
+struct VLPlistParseInfo;
 
 // One glyph: its identity and its layers, which are read from the document on first need.
 class VLGlyph : public std::enable_shared_from_this<VLGlyph>, public PredicateSubject {
@@ -189,5 +190,5 @@ private:
     const uint8_t* _fileEnd = nullptr;
     // The state to read the layers with: the font's, or _pInfoStore for a glyph of its own file.
     VLPlistParseInfo* _pInfo = nullptr;
-    VLPlistParseInfo _pInfoStore;
+    std::shared_ptr<VLPlistParseInfo> _pInfoStore;
 };

@@ -106,13 +106,6 @@ void VLInstance::setAxisValueValueFast_forId(double value, const std::string& ax
     _axesValues[axisId] = VLMetricValue::initWithPosition(value);
 }
 
-void VLInstance::setReadBuffer_forKey(const Value& value, const std::string& key)
-{
-    if (value.isNull()) return;
-    if (!_readBuffer) _readBuffer.emplace();
-    (*_readBuffer)[key] = value;
-}
-
 std::shared_ptr<VLInstance> VLInstance::copy() const
 {
     auto instance = init();

@@ -2,6 +2,7 @@
 
 #include "model/VLCustomParameterOwner.h"
 #include "model/VLOrderedDictionary.h"
+#include "model/VLReadBuffer.h"
 #include "platform/Value.h"
 
 #include <cstdint>
@@ -64,9 +65,8 @@ public:
     void setAxisValueValueFast_forId(double value, const std::string& axisId);
 
     // Raw values between reading and the post-read pass.
-    const std::optional<ValueDictionary>& readBuffer() const { return _readBuffer; }
-    void setReadBuffer_forKey(const Value& value, const std::string& key);
-    void clearReadBuffer() { _readBuffer.reset(); }
+    const std::optional<ValueDictionary>& readBuffer() const { return _readBuffer.values(); }
+    void setReadBuffer_forKey(const Value& value, const std::string& key) { _readBuffer.setValue_forKey(value, key); }
 
 private:
     VLFont* _font = nullptr;
@@ -77,7 +77,7 @@ private:
     std::string _name = "Regular";
     bool _visible = true;
     VLOrderedDictionary<double> _instanceInterpolations;
-    std::optional<ValueDictionary> _readBuffer;
+    VLReadBuffer _readBuffer;
     uint16_t _weightClassValue = 400;
     uint16_t _widthClassValue = 5;
     int64_t _type = TypeSingle;

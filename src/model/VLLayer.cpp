@@ -1,5 +1,6 @@
 #include "model/VLLayer.h"
 
+#include "model/VLChildren.h"
 #include "model/VLFont.h"
 #include "model/VLFontMaster.h"
 #include "model/VLGlyph.h"
@@ -58,9 +59,7 @@ std::shared_ptr<VLFontMaster> VLLayer::associatedFontMaster() const
 
 void VLLayer::addShapeFast(const std::shared_ptr<VLShape>& shape)
 {
-    if (!shape) return;
-    shape->setParent(shared_from_this());
-    _shapes.push_back(shape);
+    VLAddChild(_shapes, shape, shared_from_this());
 }
 
 void VLLayer::addShapes(const Shapes& shapes)
@@ -71,9 +70,7 @@ void VLLayer::addShapes(const Shapes& shapes)
 void VLLayer::setShapesFast(Shapes shapes)
 {
     if (shapes == _shapes) return;
-    for (const auto& shape : _shapes) shape->setParent(nullptr);
-    _shapes = std::move(shapes);
-    for (const auto& shape : _shapes) shape->setParent(shared_from_this());
+    VLSetChildren(_shapes, std::move(shapes), shared_from_this());
     restoreHints();
 }
 
@@ -94,7 +91,7 @@ long VLLayer::countOfPaths()
     std::lock_guard lock(_monitor);
     if (_numberOfPaths < 0) {
         _numberOfPaths = 0;
-        for (const auto& shape : _shapes) _numberOfPaths += shape->shapeType() == VLShape::VLShapeTypePath;
+        for (const auto& shape : _shapes) _numberOfPaths += shape->shapeType() == VLShapeType::Path;
     }
     return _numberOfPaths;
 }
@@ -105,7 +102,7 @@ long VLLayer::countOfComponents()
     if (_numberOfComponents < 0) {
         _numberOfComponents = 0;
         for (const auto& shape : _shapes)
-            _numberOfComponents += shape->shapeType() == VLShape::VLShapeTypeComponent;
+            _numberOfComponents += shape->shapeType() == VLShapeType::Component;
     }
     return _numberOfComponents;
 }
@@ -116,9 +113,9 @@ void VLLayer::_enumerateShapes_doPaths_doComponents_indexPath_usingBlock(const S
                                                                         const ShapeBlock& block, bool& stop)
 {
     for (size_t i = 0; i < shapes.size() && !stop; ++i) {
-        uint16_t type = shapes[i]->shapeType();
-        bool wanted = (doPaths && type == VLShape::VLShapeTypePath) ||
-                      (doComponents && type == VLShape::VLShapeTypeComponent);
+        VLShapeType type = shapes[i]->shapeType();
+        bool wanted = (doPaths && type == VLShapeType::Path) ||
+                      (doComponents && type == VLShapeType::Component);
         if (!wanted) continue;
         indexPath.push_back(i);
         block(shapes[i], indexPath, stop);
@@ -161,7 +158,7 @@ void VLLayer::setWidth(double width)
     if (_RSB < 999999) _RSB += width - _width;
     setNeedUpdateShapes();
     _width = width;
-    if (_cachedDecomposedCopy) _cachedDecomposedCopy->_width = width;
+    if (_outlines.cachedDecomposedCopy) _outlines.cachedDecomposedCopy->_width = width;
 }
 
 bool VLLayer::visible() const
@@ -220,12 +217,7 @@ void VLLayer::enableFutureUpdates()
 void VLLayer::setNeedUpdateShapes()
 {
     std::lock_guard lock(_monitor);
-    _bezierPath.reset();
-    _bezierPathFastCache.reset();
-    _openBezierPath.reset();
-    _secondaryPath.reset();
-    _drawBezierPath.reset();
-    _drawOpenBezierPath.reset();
+    _outlines.flush();
     _numberOfPaths = -1;
     _numberOfComponents = -1;
     _lastUpdate = VLAbsoluteTimeGetCurrent();
@@ -283,9 +275,3 @@ void VLLayer::setAttribute_forKey(const Value& value, const std::string& key)
     VLSetUserData(_attributes, value, key);
 }
 
-void VLLayer::setReadBuffer_forKey(const Value& value, const std::string& key)
-{
-    if (value.isNull()) return;
-    if (!_readBuffer) _readBuffer.emplace();
-    (*_readBuffer)[key] = value;
-}

@@ -3,9 +3,10 @@
 #include "model/VLColorIndex.h"
 #include "model/VLContainer.h"
 #include "model/VLOrderedDictionary.h"
-#include "model/VLUnsetValue.h"
+#include "model/VLReadBuffer.h"
 #include "platform/Color.h"
 #include "platform/Geometry.h"
+#include "platform/VLUnsetValue.h"
 #include "platform/Value.h"
 
 #include <cstdint>
@@ -21,31 +22,37 @@ class BezierPath;
 class VLAnchor;
 class VLBackgroundImage;
 class VLFontMaster;
+class VLHint;
 class VLMetricValue;
+class VLNode;
 class VLPenProtocol;
+struct VLError;
+struct VLPlistParseInfo;
 
 // A layer's metrics as the glyph is set; the eighth number stays zero.
 struct VLGlyphMetrics {
     double width = 0, ascender = 0, descender = 0, italicAngle = 0, vertWidth = 0, slantHeight = 0, topHeight = 0,
            unused = 0;
 };
-struct VLPlistParseInfo;
-class VLHint;
-class VLNode;
-struct VLError;
 
-// One drawing of a glyph, for one master or one special purpose.
+// One drawing of a glyph, for one master or one special purpose. Its operations belong to the
+// subsystems that give them meaning; each group below names the file that implements it.
 class VLLayer : public VLContainer, public std::enable_shared_from_this<VLLayer> {
 public:
     using Shapes = std::vector<std::shared_ptr<VLShape>>;
     using ShapeBlock = std::function<void(const std::shared_ptr<VLShape>& shape, const std::vector<size_t>& indexPath,
                                           bool& stop)>;
+    using Hints = std::vector<std::shared_ptr<VLHint>>;
+    using Anchors = VLOrderedDictionary<std::shared_ptr<VLAnchor>>;
+
+    // ---- model/VLLayer.cpp: the record, its shapes and its states.
 
     static std::shared_ptr<VLLayer> init();
-    // A layer record as the document holds it; updates stay disabled until the post-read pass.
-    static std::shared_ptr<VLLayer> initWithVelmorParser_format(VLPlistParseInfo* info, uint8_t format);
     static constexpr const char* className = "VLLayer";
     ~VLLayer() override;
+    // A copy in ignoring state; the colour comes along only when it is not a palette index and
+    // the copy is not thin.
+    std::shared_ptr<VLLayer> copyThin(bool thin) const;
 
     // Navigation.
     std::shared_ptr<VLLayer> layer() const override { return std::const_pointer_cast<VLLayer>(shared_from_this()); }
@@ -71,21 +78,10 @@ public:
     // What makes a layer special (axis rules, coordinates, colour); set as they stand, without
     // the normalisation that shapes do. A null value removes the key.
     const ValueDictionary& attributes() const { return _attributes; }
+    void setAttributes(ValueDictionary attributes) { _attributes = std::move(attributes); }
     Value attributeForKey(const std::string& key) const;
     void setAttribute_forKey(const Value& value, const std::string& key);
     void removeAttributeForKey(const std::string& key) { _attributes.erase(key); }
-
-    // Raw values kept between reading and the post-read pass.
-    const std::optional<ValueDictionary>& readBuffer() const { return _readBuffer; }
-    void setReadBuffer_forKey(const Value& value, const std::string& key);
-
-    // Runs when the layer has been read and its glyph belongs to the font: turns the attributes
-    // into dictionaries by axis id, and for format 1 the old special layer names into attributes.
-    // False for axis rules or coordinates that are not lists.
-    bool postRead_format(VLError* error, uint8_t format);
-    // The kind of special layer an old name describes, '[', ']', '{' or 0 for none, with its
-    // numbers written into values, as far as they reach, and their count into count.
-    static char _specialLayerInfoAxes_count(const std::string& name, std::vector<double>& values, size_t& count);
 
     // Shapes.
     const Shapes& shapes() const { return _shapes; }
@@ -103,52 +99,56 @@ public:
     void enumerateShapesUsingBlock(const ShapeBlock& block) const;
     void enumeratePathsUsingBlock(const ShapeBlock& block) const;
     void enumerateComponentsUsingBlock(const ShapeBlock& block) const;
-    static void _enumerateShapes_doPaths_doComponents_indexPath_usingBlock(const Shapes& shapes, bool doPaths,
-                                                                          bool doComponents,
-                                                                          std::vector<size_t>& indexPath,
-                                                                          const ShapeBlock& block, bool& stop);
 
-    // Hints. The changing operations flush the outline caches, since corner hints shape them.
-    using Hints = std::vector<std::shared_ptr<VLHint>>;
-    const Hints& hints() const { return _hints; }
-    void setHintsFast(Hints hints);
-    void addHint(const std::shared_ptr<VLHint>& hint);
-    // Adds the hint unless an equal one is there.
-    void addHintCheck(const std::shared_ptr<VLHint>& hint);
-    void removeHint(const std::shared_ptr<VLHint>& hint);
-    void insertObject_inHintsAtIndex(const std::shared_ptr<VLHint>& hint, size_t index);
-    void replaceObjectInHintsAtIndex_withObject(size_t index, const std::shared_ptr<VLHint>& hint);
-    void saveHints();
-    void updateHints();
-    void restoreHints();
-    // Path index and node index; the node index wraps in a closed path.
-    std::shared_ptr<VLNode> nodeAtIndexPath(const std::vector<size_t>& indexPath) const;
-
-    // Anchors by name.
-    using Anchors = VLOrderedDictionary<std::shared_ptr<VLAnchor>>;
+    // Anchors by name, the background image, and the place of a smart glyph's layer: which end
+    // of each part axis it stands at.
     const Anchors& anchors() const { return _anchors; }
     void setAnchorsFast(Anchors anchors) { _anchors = std::move(anchors); }
-
     const std::shared_ptr<VLBackgroundImage>& backgroundImage() const { return _backgroundImage; }
     void setBackgroundImage(std::shared_ptr<VLBackgroundImage> image);
-
-    void setAttributes(ValueDictionary attributes) { _attributes = std::move(attributes); }
-    // Which end of each part axis of a smart glyph this layer stands at.
     const ValueDictionary& partSelection() const { return _partSelection; }
     void setPartSelection(ValueDictionary selection) { _partSelection = std::move(selection); }
 
-    // Metrics.
+    // Stored metrics.
     double width() const { return _width; }
+    void setWidth(double width);
     // Stores the advance as read, without grid or side-bearing upkeep.
     void setWidthFast(double width) { _width = width; }
     double vertWidth() const { return _vertWidth; }
     void setVertWidth(double v) { _vertWidth = v; }
     double vertOrigin() const { return _vertOrigin; }
     void setVertOrigin(double v) { _vertOrigin = v; }
-    void setWidth(double width);
     double LSB() const { return _LSB; }
     double RSB() const { return _RSB; }
     void setRSB(double rsb) { _RSB = rsb; }
+
+    bool visible() const;
+    void setVisible(bool visible);
+    uint8_t colorIndex() const { return _colorMarker.colorIndex(); }
+    void setColorIndex(int64_t index) { _colorMarker.setColorIndex(index); }
+    const std::optional<Color>& color() const { return _colorMarker.color(); }
+    void setColor(const Color& color) { _colorMarker.setColor(color); }
+    const ValueDictionary& userData() const { return _userData; }
+    void setUserData_forKey(const Value& value, const std::string& key);
+
+    // Update states: normal, disabled (keys are collected), ignoring (new copies).
+    void stopUpdates() { setDisableUpdates(true); }
+    void startUpdates() { setDisableUpdates(false); }
+    void setDisableUpdates(bool disable);
+    void ignoreUpdates();
+    void enableFutureUpdates();
+    bool isIgnoringUpdates() const { return _ignoreUpdates; }
+    bool updatesDisabled() const { return _disableUpdates; }
+
+    // Cache flushes. setNeedUpdateShapes drops the outlines and the shape counts.
+    void setNeedUpdateShapes();
+    void setNeedUpdateMetrics();
+    // Seconds since 2001-01-01 of the last flush of the outline caches.
+    double lastUpdate() const { return _lastUpdate; }
+    void setLastUpdate(double seconds) { _lastUpdate = seconds; }
+
+    // ---- model/VLLayerMetrics.cpp: metrics as the associated master gives them.
+
     // The associated master's metrics as they apply to this layer's glyph. Without a master the
     // heights and the angle read 0, the metrics by type or name VLUnsetValue.
     double ascender() const;
@@ -165,49 +165,54 @@ public:
     // A value is secondary where another of its type, picked by the master for this glyph,
     // stands in its place.
     bool isSecondaryMetric(const VLMetricValue& value) const;
+    // Width and vertical metrics as the glyph is set; direction bit 4 means vertical.
+    VLGlyphMetrics glyphMetricsForDirection(uint8_t direction) const;
+    VLGlyphMetrics glyphMetrics() const { return glyphMetricsForDirection(0); }
 
-    bool visible() const;
-    void setVisible(bool visible);
+    // ---- reader/VLLayerReader.cpp and reader/VLLayerPostRead.cpp: reading.
 
-    uint8_t colorIndex() const { return _colorMarker.colorIndex(); }
-    void setColorIndex(int64_t index) { _colorMarker.setColorIndex(index); }
-    const std::optional<Color>& color() const { return _colorMarker.color(); }
-    void setColor(const Color& color) { _colorMarker.setColor(color); }
+    // A layer record as the document holds it; updates stay disabled until the post-read pass.
+    static std::shared_ptr<VLLayer> initWithVelmorParser_format(VLPlistParseInfo* info, uint8_t format);
+    // Raw values kept between reading and the post-read pass.
+    const std::optional<ValueDictionary>& readBuffer() const { return _readBuffer.values(); }
+    void setReadBuffer_forKey(const Value& value, const std::string& key) { _readBuffer.setValue_forKey(value, key); }
+    // Runs when the layer has been read and its glyph belongs to the font: turns the attributes
+    // into dictionaries by axis id, and for format 1 the old special layer names into attributes.
+    // False for axis rules or coordinates that are not lists.
+    bool postRead_format(VLError* error, uint8_t format);
+    // The kind of special layer an old name describes, '[', ']', '{' or 0 for none, with its
+    // numbers written into values, as far as they reach, and their count into count.
+    static char _specialLayerInfoAxes_count(const std::string& name, std::vector<double>& values, size_t& count);
 
-    const ValueDictionary& userData() const { return _userData; }
-    void setUserData_forKey(const Value& value, const std::string& key);
+    // ---- outline/VLLayerHints.cpp: hints. The changing operations flush the outline caches,
+    // since corner hints shape them.
 
-    // Update states: normal, disabled (keys are collected), ignoring (new copies).
-    void stopUpdates() { setDisableUpdates(true); }
-    void startUpdates() { setDisableUpdates(false); }
-    void setDisableUpdates(bool disable);
-    void ignoreUpdates();
-    void enableFutureUpdates();
-    bool isIgnoringUpdates() const { return _ignoreUpdates; }
-    bool updatesDisabled() const { return _disableUpdates; }
+    const Hints& hints() const { return _hints; }
+    void setHintsFast(Hints hints);
+    void addHint(const std::shared_ptr<VLHint>& hint);
+    // Adds the hint unless an equal one is there.
+    void addHintCheck(const std::shared_ptr<VLHint>& hint);
+    void removeHint(const std::shared_ptr<VLHint>& hint);
+    void insertObject_inHintsAtIndex(const std::shared_ptr<VLHint>& hint, size_t index);
+    void replaceObjectInHintsAtIndex_withObject(size_t index, const std::shared_ptr<VLHint>& hint);
+    void saveHints();
+    void updateHints();
+    void restoreHints();
+    // Path index and node index; the node index wraps in a closed path.
+    std::shared_ptr<VLNode> nodeAtIndexPath(const std::vector<size_t>& indexPath) const;
 
-    // The structure that interpolation needs to match: node types, shape order, component and
-    // anchor names, corner hints.
-    std::string compareString() const;
+    // ---- outline/VLLayerOutlines.cpp: outlines, cached until setNeedUpdateShapes.
 
-    // Cache flushes.
-    void setNeedUpdateShapes();
-    void setNeedUpdateMetrics();
-    // Seconds since 2001-01-01 of the last flush of the outline caches.
-    double lastUpdate() const { return _lastUpdate; }
-    void setLastUpdate(double seconds) { _lastUpdate = seconds; }
-
-    // Outlines, cached until setNeedUpdateShapes. bezierPath is the layer's own closed outline
-    // and must not be changed by the caller; drawBezierPath hands out a new path with the
-    // components added. Open contours are kept apart, in openBezierPath.
+    // The layer's own closed outline, which the caller must not change; the fast form leaves
+    // corners and caps undrawn. Open contours are kept apart, in openBezierPath.
     std::shared_ptr<BezierPath> bezierPath() { return _bezierPathFast(false); }
     std::shared_ptr<BezierPath> bezierPathFast() { return _bezierPathFast(true); }
-    const std::shared_ptr<BezierPath>& openBezierPath() const { return _openBezierPath; }
-    std::shared_ptr<BezierPath> _bezierPathFast(bool fast);
+    const std::shared_ptr<BezierPath>& openBezierPath() const { return _outlines.openBezierPath; }
+    // A new path with the components added.
     std::shared_ptr<BezierPath> drawBezierPath();
     std::shared_ptr<BezierPath> drawOpenBezierPath();
     // Whether drawBezierPath holds real outline.
-    bool hasPaths() const { return _hasPaths; }
+    bool hasPaths() const { return _outlines.hasPaths; }
     // Paths drawn into a pen and put back as plain paths: corners and components come out
     // decomposed. Always true.
     bool flattenOutlines();
@@ -218,9 +223,6 @@ public:
     // A thin copy without components or corners, from a cached twin that is rebuilt when a
     // component's glyph changed.
     std::shared_ptr<VLLayer> copyDecomposedLayer();
-    // Width and vertical metrics as the glyph is set; direction bit 4 means vertical.
-    VLGlyphMetrics glyphMetricsForDirection(uint8_t direction) const;
-    VLGlyphMetrics glyphMetrics() const { return glyphMetricsForDirection(0); }
     // The outline drawn into pens; open contours go to the open pen.
     void drawInPen_openPen(VLPenProtocol& pen, VLPenProtocol& openPen);
     // The union of the closed and open outlines with components; the zero rectangle for none.
@@ -233,57 +235,84 @@ public:
     // Drops the caches when a glyph that a component shows has changed since they were made.
     void updateCorners();
 
-    // A copy in ignoring state; the colour comes along only when it is not a palette index and
-    // the copy is not thin.
-    std::shared_ptr<VLLayer> copyThin(bool thin) const;
+    // ---- interpolation/VLGlyphCompatibility.cpp
+
+    // The structure that interpolation needs to match: node types, shape order, component and
+    // anchor names, corner hints.
+    std::string compareString() const;
 
 private:
+    // The outlines of outline/VLLayerOutlines.cpp. A flush drops the paths; the corner handles,
+    // whether paths were drawn, and the decomposed copy, which checks its own age, stay.
+    struct OutlineCaches {
+        std::shared_ptr<BezierPath> bezierPath;
+        std::shared_ptr<BezierPath> bezierPathFast;
+        std::shared_ptr<BezierPath> openBezierPath;
+        std::shared_ptr<BezierPath> secondaryPath;
+        std::shared_ptr<BezierPath> drawBezierPath;
+        std::shared_ptr<BezierPath> drawOpenBezierPath;
+        std::vector<Point> extraHandles;
+        bool hasPaths = false;
+        std::shared_ptr<VLLayer> cachedDecomposedCopy;
+
+        void flush()
+        {
+            for (auto* path : {&bezierPath, &bezierPathFast, &openBezierPath, &secondaryPath, &drawBezierPath,
+                               &drawOpenBezierPath})
+                path->reset();
+        }
+    };
+
+    static void _enumerateShapes_doPaths_doComponents_indexPath_usingBlock(const Shapes& shapes, bool doPaths,
+                                                                          bool doComponents,
+                                                                          std::vector<size_t>& indexPath,
+                                                                          const ShapeBlock& block, bool& stop);
+    std::shared_ptr<BezierPath> _bezierPathFast(bool fast);
     void _updateDrawBezierPaths();
     double _lastComponentOperation() const;
-
     void postReadColorName();
     void postReadSpecialName();
     void postReadShapes(VLError* error, uint8_t format);
 
+    // Identity and content.
     std::string _name;
-    ValueDictionary _attributes;
-    std::optional<ValueDictionary> _readBuffer;
-    Shapes _shapes;
-    Anchors _anchors;
-    std::shared_ptr<VLBackgroundImage> _backgroundImage;
-    ValueDictionary _partSelection;
-    Hints _hints;
-    ValueDictionary _userData;
-    std::weak_ptr<VLGlyph> _glyph;
-    std::shared_ptr<BezierPath> _bezierPath;
-    std::shared_ptr<BezierPath> _bezierPathFastCache;
-    std::shared_ptr<BezierPath> _openBezierPath;
-    std::shared_ptr<BezierPath> _secondaryPath;
-    std::vector<Point> _extraHandles;
-    std::shared_ptr<BezierPath> _drawBezierPath;
-    std::shared_ptr<BezierPath> _drawOpenBezierPath;
-    std::shared_ptr<VLLayer> _cachedDecomposedCopy;
-    bool _hasPaths = false;
-    long _numberOfPaths = -1;
-    long _numberOfComponents = -1;
     std::string _layerId;
     std::string _associatedMasterId;
+    std::weak_ptr<VLGlyph> _glyph;
+    ValueDictionary _attributes;
+    Shapes _shapes;
+    Anchors _anchors;
+    Hints _hints;
+    std::shared_ptr<VLBackgroundImage> _backgroundImage;
+    ValueDictionary _partSelection;
+    ValueDictionary _userData;
+    VLColorMarker _colorMarker;
+    bool _visible = false;
+
+    // Stored metrics, and the side bearings that VLUnsetValue marks as not computed.
+    double _width = 600;
+    double _vertWidth = -1.0;
+    double _vertOrigin = VLUnsetValue;
+    double _LSB = VLUnsetValue;
+    double _RSB = VLUnsetValue;
+    double _TSB = VLUnsetValue;
+    double _BSB = VLUnsetValue;
+
+    // Update states, and the guards against re-entering metric upkeep.
     bool _disableUpdates = false;
     bool _ignoreUpdates = false;
     bool _hasDisabledUpdates = false;
     std::set<std::string> _changedKeys;
     bool _isUpdatingMetrics = false;
     bool _isAligning = false;
-    bool _visible = false;
-    double _LSB = VLUnsetValue;
-    double _RSB = VLUnsetValue;
-    double _width = 600;
-    double _TSB = VLUnsetValue;
-    double _BSB = VLUnsetValue;
-    double _vertWidth = -1.0;
-    double _vertOrigin = VLUnsetValue;
-    VLColorMarker _colorMarker;
+
+    VLReadBuffer _readBuffer;
+
+    OutlineCaches _outlines;
+    long _numberOfPaths = -1;
+    long _numberOfComponents = -1;
     double _lastUpdate = 0.0;
+    // The layer's monitor: outlines, shape counts, copies and the compare string are made under it.
     mutable std::recursive_mutex _monitor;
 };
 

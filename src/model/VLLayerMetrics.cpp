@@ -81,3 +81,30 @@ bool VLLayer::isSecondaryMetric(const VLMetricValue& value) const
     if (!metric || metric->type() == VLMetric::TypeNone || !value.parent()) return false;
     return value.parent()->metricValueForType_layer(metric->type(), this).get() != &value;
 }
+
+VLGlyphMetrics VLLayer::glyphMetricsForDirection(uint8_t direction) const
+{
+    VLGlyphMetrics metrics;
+    metrics.width = _width;
+    if (!associatedFontMaster()) return metrics;
+    metrics.ascender = ascender();
+    metrics.descender = descender();
+    auto font = this->font();
+    bool icon = font && font->fontType() == VLFont::FontTypeIconSet;
+    if (icon) {
+        if (_vertWidth > 1 && _vertWidth < 100000) metrics.topHeight = metrics.ascender = _vertWidth;
+        metrics.descender = 0;
+    } else if (direction & 4) {
+        if (_vertOrigin < 100000 && _vertOrigin > -100000) {
+            metrics.ascender -= _vertOrigin;
+            metrics.descender -= _vertOrigin;
+        }
+        if (_vertWidth >= 0 && _vertWidth < 100000) metrics.descender = metrics.ascender - _vertWidth;
+        metrics.vertWidth = _vertWidth;
+    } else {
+        metrics.topHeight = topHeight();
+    }
+    metrics.slantHeight = slantHeight();
+    metrics.italicAngle = italicAngle();
+    return metrics;
+}

@@ -3,8 +3,7 @@
 
 #include "model/VLCustomParameter.h"
 #include "model/VLLayer.h"
-#include "model/VLUnsetValue.h"
-#include "platform/VLException.h"
+#include "platform/VLUnsetValue.h"
 
 #include <algorithm>
 #include <cmath>
@@ -45,36 +44,6 @@ VLShape::VLShape(const VLShape& other)
       _position(other._position),
       _positionPrecise(other._positionPrecise)
 {
-}
-
-uint16_t VLShape::shapeType() const
-{
-    VLException::raiseNotImplemented(__LINE__, "-[VLShape shapeType]");
-}
-
-std::shared_ptr<VLShape> VLShape::copy() const
-{
-    VLException::raiseNotImplemented(__LINE__, "-[VLShape copyWithZone:]");
-}
-
-Rect VLShape::fastBounds() const
-{
-    VLException::raiseNotImplemented(__LINE__, "-[VLShape fastBounds]");
-}
-
-Rect VLShape::fastBoundsTransform(const AffineTransform*) const
-{
-    VLException::raiseNotImplemented(__LINE__, "-[VLShape fastBoundsTransform:]");
-}
-
-void VLShape::transformFast_round(const AffineTransform&, double)
-{
-    VLException::raiseNotImplemented(__LINE__, "-[VLShape transformFast:round:]");
-}
-
-void VLShape::getPositionsFromShape(const VLShape&)
-{
-    VLException::raiseNotImplemented(__LINE__, "-[VLShape getPositionsFromShape:]");
 }
 
 std::shared_ptr<VLLayer> VLShape::layer() const

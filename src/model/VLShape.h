@@ -4,19 +4,26 @@
 #include "platform/Geometry.h"
 #include "platform/Value.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <string>
 #include <vector>
 
+class AffineTransform;
+class VLPenProtocol;
+struct VLError;
 struct VLPlistParseInfo;
 
-class AffineTransform;
-struct VLError;
-
-// A drawable element of a layer: a path or a component. Operations that only a concrete kind can
-// answer raise "VLNotImplemented" here.
-class VLPenProtocol;
+// What a layer's list of shapes holds, by the numbers of the format. Group is a shape that holds
+// shapes; no kind of this system is one. Elements that stand elsewhere (nodes, anchors, hints)
+// have no type: None.
+enum class VLShapeType : uint16_t {
+    None = 0,
+    Path = 2,
+    Component = 4,
+    Group = 8,
+};
 
 // How a stroked shape is drawn; sizes of VLUnsetValue are not given.
 struct VLStrokeSettings {
@@ -30,20 +37,26 @@ struct VLStrokeSettings {
     bool mask = false;
 };
 
+// No glyph is drawn with this many paths and components in one layer; a layer that has more
+// fails to read, with the glyph's other layers.
+inline constexpr size_t VLLayerMaximumShapes = 16384;
+
+// Anything placed in a layer: its paths and components, the nodes of a path, its anchors, hints
+// and background image. Each kind answers the operations that are pure here, so that a kind that
+// forgets one does not build.
 class VLShape : public std::enable_shared_from_this<VLShape> {
 public:
-    static constexpr uint16_t VLShapeTypePath = 2;
-    static constexpr uint16_t VLShapeTypeComponent = 4;
-    static constexpr uint16_t VLShapeTypeGroup = 8;
-
     virtual ~VLShape() = default;
 
     // A member of a layer's "shapes": a path or a component, decided by the keys it holds.
     static std::shared_ptr<VLShape> initWithVelmorParser_format(VLPlistParseInfo* info, uint8_t format);
     static constexpr const char* className = "VLShape";
+    // Lists of shapes end here, long before a layer's could cost much memory; the elements of a
+    // layer that are shapes too (anchors, hints) share the bound, nodes have their own.
+    static constexpr size_t maximumInList = VLLayerMaximumShapes;
 
-    virtual uint16_t shapeType() const;
-    virtual std::shared_ptr<VLShape> copy() const;
+    virtual VLShapeType shapeType() const = 0;
+    virtual std::shared_ptr<VLShape> copy() const = 0;
     virtual Rect bounds() const { return Rect(); }
 
     // Drawing into pens; shapes without an outline draw nothing. The open pen receives open
@@ -55,11 +68,14 @@ public:
     }
     // The stored outline, with no rounding and no corners.
     virtual void drawSimpleInPen(VLPenProtocol&) {}
-    virtual Rect fastBounds() const;
+    // Bounds from the shape's own points, without building an outline.
+    Rect fastBounds() const { return fastBoundsTransform(nullptr); }
     // The transform may be null.
-    virtual Rect fastBoundsTransform(const AffineTransform* transform) const;
-    virtual void transformFast_round(const AffineTransform& transform, double grid);
-    virtual void getPositionsFromShape(const VLShape& other);
+    virtual Rect fastBoundsTransform(const AffineTransform* transform) const = 0;
+    // Moves the shape by the transform, from its precise positions, and rounds it to the grid.
+    virtual void transformFast_round(const AffineTransform& transform, double grid) = 0;
+    // Takes the places of another shape of the same kind; another kind changes nothing.
+    virtual void getPositionsFromShape(const VLShape& other) = 0;
     // Resolves what a document stores relative to its own place: a relative "fillPatternFile".
     virtual bool postRead_format(VLError* error, uint8_t format);
 

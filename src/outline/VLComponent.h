@@ -7,6 +7,7 @@
 #include <optional>
 #include <string>
 
+class BezierPath;
 class VLGlyph;
 class VLLayer;
 struct VLPlistParseInfo;
@@ -21,7 +22,7 @@ public:
     static std::shared_ptr<VLComponent> initWithVelmorParser_format(VLPlistParseInfo* info, uint8_t format);
     static constexpr const char* className = "VLComponent";
 
-    uint16_t shapeType() const override { return VLShapeTypeComponent; }
+    VLShapeType shapeType() const override { return VLShapeType::Component; }
     std::shared_ptr<VLShape> copy() const override { return std::make_shared<VLComponent>(*this); }
 
     const std::string& componentName() const { return _componentName; }
@@ -44,6 +45,12 @@ public:
     std::shared_ptr<VLLayer> baseComponentLayerForGlyph(const std::shared_ptr<VLGlyph>& glyph) const;
     // The layer whose shapes the component draws.
     std::shared_ptr<VLLayer> componentLayer() const { return baseComponentLayerForGlyph(component()); }
+
+    // The outline the component shows, a new path: the closed outline of its layer, placed by
+    // the component's transform. A missing glyph or layer shows nothing.
+    std::shared_ptr<BezierPath> bezierPath() const;
+    // The box of bezierPath, taken through the transform as well where one is given.
+    Rect fastBoundsTransform(const AffineTransform* transform) const override;
 
     // Reads the quoted line form "name m11,m12,m21,m22,tX,tY;options"; the parse info stands
     // behind the opening quote.

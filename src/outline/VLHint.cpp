@@ -10,17 +10,27 @@
 namespace {
 
 struct TypeName {
-    int8_t type;
+    VLHintType type;
     const char* name;
 };
 
 constexpr TypeName typeNames[] = {
-    {VLHint::Tag, "Tag"},           {VLHint::TopGhost, "TopGhost"},   {VLHint::Stem, "Stem"},
-    {VLHint::BottomGhost, "BottomGhost"}, {VLHint::Flex, "Flex"},     {VLHint::TTSnap, "TTSnap"},
-    {VLHint::TTStem, "TTStem"},     {VLHint::TTShift, "TTShift"},     {VLHint::TTInterpolate, "TTInterpolate"},
-    {VLHint::TTDiagonal, "TTDiagonal"}, {VLHint::TTDelta, "TTDelta"}, {VLHint::Corner, "Corner"},
-    {VLHint::Cap, "Cap"},           {VLHint::Brush, "Brush"},         {VLHint::Segment, "Segment"},
-    {VLHint::Auto, "Auto"},
+    {VLHintType::Tag, "Tag"},
+    {VLHintType::TopGhost, "TopGhost"},
+    {VLHintType::Stem, "Stem"},
+    {VLHintType::BottomGhost, "BottomGhost"},
+    {VLHintType::Flex, "Flex"},
+    {VLHintType::TTSnap, "TTSnap"},
+    {VLHintType::TTStem, "TTStem"},
+    {VLHintType::TTShift, "TTShift"},
+    {VLHintType::TTInterpolate, "TTInterpolate"},
+    {VLHintType::TTDiagonal, "TTDiagonal"},
+    {VLHintType::TTDelta, "TTDelta"},
+    {VLHintType::Corner, "Corner"},
+    {VLHintType::Cap, "Cap"},
+    {VLHintType::Brush, "Brush"},
+    {VLHintType::Segment, "Segment"},
+    {VLHintType::Auto, "Auto"},
 };
 
 int compareValues(double a, double b)
@@ -47,23 +57,23 @@ VLHint::VLHint()
     _refs[Other2].knob = {0.0, 0.0};
 }
 
-int8_t VLHint::typeForName(const std::string& name)
+VLHintType VLHint::typeForName(const std::string& name)
 {
-    static const std::unordered_map<std::string, int8_t> types = [] {
-        std::unordered_map<std::string, int8_t> table;
+    static const std::unordered_map<std::string, VLHintType> types = [] {
+        std::unordered_map<std::string, VLHintType> table;
         for (const auto& entry : typeNames) table[entry.name] = entry.type;
-        table["Anchor"] = TTSnap;
-        table["Align"] = TTShift;
-        table["Interpolate"] = TTInterpolate;
-        table["Delta"] = TTDelta;
-        table["Diagonal"] = TTDiagonal;
+        table["Anchor"] = VLHintType::TTSnap;
+        table["Align"] = VLHintType::TTShift;
+        table["Interpolate"] = VLHintType::TTInterpolate;
+        table["Delta"] = VLHintType::TTDelta;
+        table["Diagonal"] = VLHintType::TTDiagonal;
         return table;
     }();
     auto it = types.find(name);
-    return it == types.end() ? static_cast<int8_t>(Stem) : it->second;
+    return it == types.end() ? VLHintType::Stem : it->second;
 }
 
-const char* VLHint::typeNameC(int type)
+const char* VLHint::typeNameC(VLHintType type)
 {
     for (const auto& entry : typeNames)
         if (entry.type == type) return entry.name;
@@ -88,17 +98,17 @@ int VLHint::compare(const VLHint& other) const
     const auto& origin = originIndex();
     const auto& otherOrigin = other.originIndex();
     switch (_type) {
-    case TopGhost:
-    case BottomGhost:
-    case Flex:
+    case VLHintType::TopGhost:
+    case VLHintType::BottomGhost:
+    case VLHintType::Flex:
         if (!origin.empty() && !otherOrigin.empty()) return compareIndexPaths(origin, otherOrigin);
         return _origin > other._origin ? -1 : 1;
-    case Tag:
-    case TTDiagonal:
-    case Corner:
-    case Cap:
-    case Brush:
-    case Segment:
+    case VLHintType::Tag:
+    case VLHintType::TTDiagonal:
+    case VLHintType::Corner:
+    case VLHintType::Cap:
+    case VLHintType::Brush:
+    case VLHintType::Segment:
         return 0;
     default:
         if (!origin.empty() && !targetIndex().empty() && !otherOrigin.empty() && !other.targetIndex().empty()) {
@@ -149,7 +159,7 @@ VLIndexPath VLHint::indexPathFromPlist(const Value& value)
 
 void VLHint::reverse()
 {
-    if (_type != Stem && _type != TTStem && _type != TTShift) return;
+    if (_type != VLHintType::Stem && _type != VLHintType::TTStem && _type != VLHintType::TTShift) return;
     std::swap(_refs[Origin].index, _refs[Target].index);
     std::swap(_refs[Origin].node, _refs[Target].node);
 }
@@ -158,12 +168,12 @@ std::vector<VLIndexPath> VLHint::touchingIndexes() const
 {
     std::vector<Reference> moved;
     switch (_type) {
-    case TTSnap:
-    case TTDelta: moved = {Origin}; break;
-    case TTStem:
-    case TTShift: moved = {Target}; break;
-    case TTInterpolate: moved = {Other1}; break;
-    case TTDiagonal: moved = {Origin, Target, Other1, Other2}; break;
+    case VLHintType::TTSnap:
+    case VLHintType::TTDelta: moved = {Origin}; break;
+    case VLHintType::TTStem:
+    case VLHintType::TTShift: moved = {Target}; break;
+    case VLHintType::TTInterpolate: moved = {Other1}; break;
+    case VLHintType::TTDiagonal: moved = {Origin, Target, Other1, Other2}; break;
     default: break;
     }
     std::vector<VLIndexPath> places;
@@ -175,8 +185,8 @@ std::vector<VLIndexPath> VLHint::touchingIndexes() const
 std::vector<VLIndexPath> VLHint::dependenIndexes() const
 {
     std::vector<Reference> references;
-    if (_type == TTStem || _type == TTShift) references = {Origin};
-    if (_type == TTInterpolate) references = {Origin, Target};
+    if (_type == VLHintType::TTStem || _type == VLHintType::TTShift) references = {Origin};
+    if (_type == VLHintType::TTInterpolate) references = {Origin, Target};
     std::vector<VLIndexPath> places;
     for (Reference r : references)
         if (!indexPath(r).empty()) places.push_back(indexPath(r));

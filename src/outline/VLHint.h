@@ -1,7 +1,7 @@
 #pragma once
 
 #include "model/VLElement.h"
-#include "model/VLUnsetValue.h"
+#include "platform/VLUnsetValue.h"
 
 #include <array>
 #include <cstdint>
@@ -13,21 +13,37 @@
 class VLLayer;
 class VLNode;
 
+struct VLPlistParseInfo;
+
 // A place in a layer: a metric position (one number), a node (path and node index), or places
 // on segments (three and four numbers).
 using VLIndexPath = std::vector<size_t>;
 
+// The kinds of hint, by the numbers of the format: PostScript hints from TopGhost to Flex,
+// TrueType instructions from TTSnap to TTDelta, and the outline components from Corner to Segment.
+enum class VLHintType : int8_t {
+    Tag = -2,
+    TopGhost = -1,
+    Stem = 0,
+    BottomGhost = 1,
+    Flex = 2,
+    TTSnap = 3,
+    TTStem = 4,
+    TTShift = 5,
+    TTInterpolate = 6,
+    TTDiagonal = 8,
+    TTDelta = 9,
+    Corner = 16,
+    Cap = 17,
+    Brush = 18,
+    Segment = 19,
+    Auto = 127,
+};
+
 // A record on a layer that refers to nodes by index path: PostScript and TrueType hinting, and the
 // corner, cap, brush and segment components that bend the outline at draw time.
-struct VLPlistParseInfo;
-
 class VLHint : public VLElement {
 public:
-    enum Type : int8_t {
-        Tag = -2, TopGhost = -1, Stem = 0, BottomGhost = 1, Flex = 2,
-        TTSnap = 3, TTStem = 4, TTShift = 5, TTInterpolate = 6, TTDiagonal = 8, TTDelta = 9,
-        Corner = 16, Cap = 17, Brush = 18, Segment = 19, Auto = 127,
-    };
     enum Reference { Origin = 0, Target = 1, Other1 = 2, Other2 = 3 };
     static constexpr int64_t StemNone = INT64_MAX;
     // The stem of a reference that was found again by a position search.
@@ -45,16 +61,16 @@ public:
     std::shared_ptr<VLHint> copyHint() const { return std::make_shared<VLHint>(*this); }
 
     // Types. Unknown names read as a stem; older names are understood.
-    static int8_t typeForName(const std::string& name);
-    static const char* typeNameC(int type);
+    static VLHintType typeForName(const std::string& name);
+    static const char* typeNameC(VLHintType type);
     std::string typeName() const { return typeNameC(_type); }
-    int8_t type() const { return _type; }
-    void setType(int type) { _type = static_cast<int8_t>(type); }
-    bool isPostScript() const { return _type >= TopGhost && _type <= Flex; }
+    VLHintType type() const { return _type; }
+    void setType(VLHintType type) { _type = type; }
+    bool isPostScript() const { return _type >= VLHintType::TopGhost && _type <= VLHintType::Flex; }
     // True for all four outline components.
-    bool isCorner() const { return _type >= Corner && _type <= Segment; }
+    bool isCorner() const { return _type >= VLHintType::Corner && _type <= VLHintType::Segment; }
     bool isPathComponent() const { return isCorner(); }
-    bool isTrueType() const { return _type >= TTSnap && _type <= TTDelta; }
+    bool isTrueType() const { return _type >= VLHintType::TTSnap && _type <= VLHintType::TTDelta; }
 
     // References: live node, stored index path, and the knob saved for restore (x = VLUnsetValue
     // when empty).
@@ -133,7 +149,7 @@ public:
     static void sortHints(std::vector<std::shared_ptr<VLHint>>& hints);
 
     // Between layers. Outline components without originIndex are left out of the groups.
-    static std::map<int8_t, std::vector<std::shared_ptr<VLHint>>>
+    static std::map<VLHintType, std::vector<std::shared_ptr<VLHint>>>
     _sortedHints(const std::vector<std::shared_ptr<VLHint>>& hints);
     // Copies of the source's hints of each kind that the target lacks.
     static void transferHintsFromLayer_to(const VLLayer& source, VLLayer& target);
@@ -154,7 +170,7 @@ private:
     bool usesReference(Reference r) const;
 
     std::array<Ref, 4> _refs;
-    int8_t _type = Stem;
+    VLHintType _type = VLHintType::Stem;
     int64_t _stem = StemNone;
     std::string _name;
     uint32_t _options = 0;

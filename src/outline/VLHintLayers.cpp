@@ -3,10 +3,10 @@
 
 #include <algorithm>
 
-std::map<int8_t, std::vector<std::shared_ptr<VLHint>>>
+std::map<VLHintType, std::vector<std::shared_ptr<VLHint>>>
 VLHint::_sortedHints(const std::vector<std::shared_ptr<VLHint>>& hints)
 {
-    std::map<int8_t, std::vector<std::shared_ptr<VLHint>>> groups;
+    std::map<VLHintType, std::vector<std::shared_ptr<VLHint>>> groups;
     for (const auto& hint : hints)
         if (!hint->isCorner() || !hint->originIndex().empty()) groups[hint->type()].push_back(hint);
     for (auto& [type, group] : groups)

@@ -1,7 +1,7 @@
+#include "geometry/VLGeometry.h"
 #include "model/VLLayer.h"
 #include "outline/VLHandle.h"
 #include "outline/VLHint.h"
-#include "geometry/VLGeometry.h"
 #include "outline/VLPath.h"
 
 
@@ -169,7 +169,7 @@ bool VLHint::updateIndexes()
     if (!isCorner()) return true;
     auto owner = layer();
     if (!updateReference(Origin, owner)) return false;
-    if (_type == Corner) return true;
+    if (_type == VLHintType::Corner) return true;
     for (Reference r : {Target, Other1, Other2})
         if (usesReference(r) && !updateReference(r, owner)) return false;
     return true;

@@ -1,3 +1,4 @@
+#include "model/VLChildren.h"
 #include "model/VLLayer.h"
 #include "outline/VLHint.h"
 #include "outline/VLPath.h"
@@ -7,15 +8,13 @@
 
 void VLLayer::setHintsFast(Hints hints)
 {
-    _hints = std::move(hints);
-    for (const auto& hint : _hints) hint->setParent(shared_from_this());
+    VLSetChildren(_hints, std::move(hints), shared_from_this());
 }
 
 void VLLayer::addHint(const std::shared_ptr<VLHint>& hint)
 {
     if (!hint) return;
-    hint->setParent(shared_from_this());
-    _hints.push_back(hint);
+    VLAddChild(_hints, hint, shared_from_this());
     setNeedUpdateShapes();
 }
 
@@ -28,25 +27,20 @@ void VLLayer::addHintCheck(const std::shared_ptr<VLHint>& hint)
 
 void VLLayer::removeHint(const std::shared_ptr<VLHint>& hint)
 {
-    if (std::erase(_hints, hint) == 0) return;
-    hint->setParent(nullptr);
-    setNeedUpdateShapes();
+    if (VLRemoveChild(_hints, hint, shared_from_this())) setNeedUpdateShapes();
 }
 
 void VLLayer::insertObject_inHintsAtIndex(const std::shared_ptr<VLHint>& hint, size_t index)
 {
     if (!hint || index > _hints.size()) return;
-    hint->setParent(shared_from_this());
-    _hints.insert(_hints.begin() + static_cast<long>(index), hint);
+    VLInsertChild(_hints, hint, index, shared_from_this());
     setNeedUpdateShapes();
 }
 
 void VLLayer::replaceObjectInHintsAtIndex_withObject(size_t index, const std::shared_ptr<VLHint>& hint)
 {
     if (!hint || index >= _hints.size()) return;
-    _hints[index]->setParent(nullptr);
-    hint->setParent(shared_from_this());
-    _hints[index] = hint;
+    VLReplaceChild(_hints, index, hint, shared_from_this());
     setNeedUpdateShapes();
 }
 

@@ -1,11 +1,11 @@
 #include "geometry/VLBezierPathPen.h"
-#include "geometry/VLPathPen.h"
 #include "model/VLFont.h"
 #include "model/VLGlyph.h"
 #include "model/VLLayer.h"
 #include "outline/VLComponent.h"
 #include "outline/VLHint.h"
 #include "outline/VLPath.h"
+#include "outline/VLPathPen.h"
 #include "platform/BezierPath.h"
 
 #include <algorithm>
@@ -25,7 +25,7 @@ template <typename Visit> void forEachComponentName(const VLLayer::Shapes& shape
 {
     std::set<std::string> seen;
     for (const auto& shape : shapes) {
-        if (shape->shapeType() != VLShape::VLShapeTypeComponent) continue;
+        if (shape->shapeType() != VLShapeType::Component) continue;
         const std::string& name = static_cast<const VLComponent&>(*shape).componentName();
         if (seen.insert(name).second) visit(name);
     }
@@ -37,31 +37,32 @@ std::shared_ptr<BezierPath> VLLayer::_bezierPathFast(bool fast)
 {
     std::lock_guard lock(_monitor);
     if (_shapes.empty()) {
-        _extraHandles.clear();
-        _openBezierPath.reset();
+        _outlines.extraHandles.clear();
+        _outlines.openBezierPath.reset();
         return nullptr;
     }
     updateCorners();
-    if (_bezierPath) return _bezierPath;
-    if (fast && _bezierPathFastCache) return _bezierPathFastCache;
+    if (_outlines.bezierPath) return _outlines.bezierPath;
+    if (fast && _outlines.bezierPathFast) return _outlines.bezierPathFast;
 
     auto closed = BezierPath::bezierPath();
     auto open = BezierPath::bezierPath();
     std::shared_ptr<VLLayer> working = shared_from_this();
     if (!fast) {
-        _secondaryPath = BezierPath::bezierPath();
-        _extraHandles.clear();
+        _outlines.secondaryPath = BezierPath::bezierPath();
+        _outlines.extraHandles.clear();
         working = copyThin(true);
         working->setParent(glyph());
         working->flattenOutlines();
     }
-    auto secondaryPath = _secondaryPath ? _secondaryPath : BezierPath::bezierPath();
+    auto secondaryPath = _outlines.secondaryPath ? _outlines.secondaryPath : BezierPath::bezierPath();
     VLBezierPathPen secondary(*secondaryPath);
     for (const auto& shape : working->shapes()) {
-        if (shape->shapeType() != VLShape::VLShapeTypePath) continue;
+        if (shape->shapeType() != VLShapeType::Path) continue;
         BezierPath contour;
         VLBezierPathPen pen(contour);
-        shape->drawInPen_openPen_secondaryPen_extraHandles(pen, pen, fast ? nullptr : &secondary, &_extraHandles);
+        shape->drawInPen_openPen_secondaryPen_extraHandles(pen, pen, fast ? nullptr : &secondary,
+                                                           &_outlines.extraHandles);
         long count = contour.elementCount();
         if (count < outlineMinimumElements) continue;
         // A path that corners or caps closed counts as closed.
@@ -69,10 +70,10 @@ std::shared_ptr<BezierPath> VLLayer::_bezierPathFast(bool fast)
                       contour.elementAtIndex(count - 2) != BezierPathElement::ClosePath;
         (isOpen ? open : closed)->appendBezierPath(contour);
     }
-    if (!fast) _bezierPath = closed;
-    _bezierPathFastCache = closed;
-    if (open->elementCount() >= outlineMinimumElements) _openBezierPath = open;
-    return fast || !_bezierPath ? _bezierPathFastCache : _bezierPath;
+    if (!fast) _outlines.bezierPath = closed;
+    _outlines.bezierPathFast = closed;
+    if (open->elementCount() >= outlineMinimumElements) _outlines.openBezierPath = open;
+    return fast || !_outlines.bezierPath ? _outlines.bezierPathFast : _outlines.bezierPath;
 }
 
 bool VLLayer::flattenOutlines()
@@ -81,10 +82,10 @@ bool VLLayer::flattenOutlines()
     Hints hints = _hints;
     VLPathPen pen;
     std::unique_ptr<VLBezierPathPen> secondary;
-    if (_secondaryPath) {
-        secondary = std::make_unique<VLBezierPathPen>(*_secondaryPath);
+    if (_outlines.secondaryPath) {
+        secondary = std::make_unique<VLBezierPathPen>(*_outlines.secondaryPath);
         for (const auto& shape : _shapes)
-            if (shape->shapeType() == VLShape::VLShapeTypePath) shape->drawSimpleInPen(*secondary);
+            if (shape->shapeType() == VLShapeType::Path) shape->drawSimpleInPen(*secondary);
     }
     for (const auto& shape : _shapes) shape->drawInPen_openPen_secondaryPen_extraHandles(pen, pen, secondary.get(), nullptr);
     // Corners that were drawn are part of the outline now.
@@ -98,32 +99,35 @@ bool VLLayer::flattenOutlines()
 void VLLayer::_updateDrawBezierPaths()
 {
     updateCorners();
-    if (_drawBezierPath && isUpToDate()) return;
+    if (_outlines.drawBezierPath && isUpToDate()) return;
     auto own = bezierPath();
-    _hasPaths = own != nullptr;
+    _outlines.hasPaths = own != nullptr;
     auto glyphOfLayer = glyph();
     if (!glyphOfLayer || glyphOfLayer->name().empty()) {
-        _drawBezierPath.reset();
-        _drawOpenBezierPath.reset();
+        _outlines.drawBezierPath.reset();
+        _outlines.drawOpenBezierPath.reset();
         return;
     }
     // Components add their outlines once they can draw them.
-    _drawBezierPath = own ? own->copy() : BezierPath::bezierPath();
-    if (!_drawOpenBezierPath) _drawOpenBezierPath = _openBezierPath ? _openBezierPath->copy() : BezierPath::bezierPath();
+    _outlines.drawBezierPath = own ? own->copy() : BezierPath::bezierPath();
+    if (!_outlines.drawOpenBezierPath) {
+        const auto& open = _outlines.openBezierPath;
+        _outlines.drawOpenBezierPath = open ? open->copy() : BezierPath::bezierPath();
+    }
 }
 
 std::shared_ptr<BezierPath> VLLayer::drawBezierPath()
 {
     std::lock_guard lock(_monitor);
     _updateDrawBezierPaths();
-    return _drawBezierPath ? _drawBezierPath->copy() : BezierPath::bezierPath();
+    return _outlines.drawBezierPath ? _outlines.drawBezierPath->copy() : BezierPath::bezierPath();
 }
 
 std::shared_ptr<BezierPath> VLLayer::drawOpenBezierPath()
 {
     std::lock_guard lock(_monitor);
     _updateDrawBezierPaths();
-    return _drawOpenBezierPath ? _drawOpenBezierPath->copy() : nullptr;
+    return _outlines.drawOpenBezierPath ? _outlines.drawOpenBezierPath->copy() : nullptr;
 }
 
 void VLLayer::drawInPen_openPen(VLPenProtocol& pen, VLPenProtocol& openPen)
@@ -133,12 +137,12 @@ void VLLayer::drawInPen_openPen(VLPenProtocol& pen, VLPenProtocol& openPen)
 
 Rect VLLayer::bounds()
 {
-    if (!_drawBezierPath) _updateDrawBezierPaths();
+    if (!_outlines.drawBezierPath) _updateDrawBezierPaths();
     std::optional<Rect> result;
-    if (_drawBezierPath && _drawBezierPath->elementCount() >= outlineMinimumElements) result = _drawBezierPath->bounds();
-    if (_drawOpenBezierPath && _drawOpenBezierPath->elementCount() >= outlineMinimumElements) {
-        Rect open = _drawOpenBezierPath->bounds();
-        result = result ? unionRect(*result, open) : open;
+    for (const auto* path : {&_outlines.drawBezierPath, &_outlines.drawOpenBezierPath}) {
+        if (!*path || (*path)->elementCount() < outlineMinimumElements) continue;
+        Rect box = (*path)->bounds();
+        result = result ? unionRect(*result, box) : box;
     }
     return result.value_or(Rect());
 }
@@ -221,39 +225,12 @@ void VLLayer::decomposeCorners()
     restoreHints();
 }
 
-VLGlyphMetrics VLLayer::glyphMetricsForDirection(uint8_t direction) const
-{
-    VLGlyphMetrics metrics;
-    metrics.width = _width;
-    if (!associatedFontMaster()) return metrics;
-    metrics.ascender = ascender();
-    metrics.descender = descender();
-    auto font = this->font();
-    bool icon = font && font->fontType() == VLFont::FontTypeIconSet;
-    if (icon) {
-        if (_vertWidth > 1 && _vertWidth < 100000) metrics.topHeight = metrics.ascender = _vertWidth;
-        metrics.descender = 0;
-    } else if (direction & 4) {
-        if (_vertOrigin < 100000 && _vertOrigin > -100000) {
-            metrics.ascender -= _vertOrigin;
-            metrics.descender -= _vertOrigin;
-        }
-        if (_vertWidth >= 0 && _vertWidth < 100000) metrics.descender = metrics.ascender - _vertWidth;
-        metrics.vertWidth = _vertWidth;
-    } else {
-        metrics.topHeight = topHeight();
-    }
-    metrics.slantHeight = slantHeight();
-    metrics.italicAngle = italicAngle();
-    return metrics;
-}
-
 void VLLayer::decomposeComponents()
 {
     VLPathPen pen;
     Shapes kept;
     for (const auto& shape : _shapes) {
-        if (shape->shapeType() == VLShape::VLShapeTypeComponent)
+        if (shape->shapeType() == VLShapeType::Component)
             shape->drawInPen(pen);
         else
             kept.push_back(shape);
@@ -272,12 +249,12 @@ std::shared_ptr<VLLayer> VLLayer::copyDecomposedLayer()
         double since = owner->lastOperationInterval();
         forEachComponentName(_shapes, [&](const std::string& name) {
             auto base = font->glyphForName(name);
-            if (!_cachedDecomposedCopy || !base || base->lastOperationInterval() <= since) return;
-            _cachedDecomposedCopy.reset();
+            if (!_outlines.cachedDecomposedCopy || !base || base->lastOperationInterval() <= since) return;
+            _outlines.cachedDecomposedCopy.reset();
             owner->setLastOperationInterval(VLAbsoluteTimeGetCurrent());
         });
     }
-    if (!_cachedDecomposedCopy) {
+    if (!_outlines.cachedDecomposedCopy) {
         auto twin = copyThin(true);
         twin->setParent(owner);
         twin->stopUpdates();
@@ -286,7 +263,7 @@ std::shared_ptr<VLLayer> VLLayer::copyDecomposedLayer()
         twin->restoreHints();
         twin->decomposeCorners();
         twin->setParent(nullptr);
-        _cachedDecomposedCopy = twin;
+        _outlines.cachedDecomposedCopy = twin;
     }
-    return _cachedDecomposedCopy->copyThin(true);
+    return _outlines.cachedDecomposedCopy->copyThin(true);
 }

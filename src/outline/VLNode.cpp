@@ -1,7 +1,7 @@
 #include "outline/VLNode.h"
 
-#include "model/VLUserData.h"
 #include "geometry/VLGeometry.h"
+#include "model/VLUserData.h"
 #include "outline/VLPath.h"
 
 #include <cmath>
@@ -42,7 +42,7 @@ bool crossedNode(double oldValue, double newValue, double center)
 
 } // namespace
 
-std::shared_ptr<VLNode> VLNode::initWithPosition_type_connection(Point position, uint8_t type, uint8_t connection)
+std::shared_ptr<VLNode> VLNode::initWithPosition_type_connection(Point position, VLNodeType type, uint8_t connection)
 {
     auto node = init();
     Point guarded = guardNodePoint(position);
@@ -69,13 +69,7 @@ std::shared_ptr<VLPath> VLNode::parentPath() const
     return std::dynamic_pointer_cast<VLPath>(parent());
 }
 
-void VLNode::takePositionsFromNode(const VLNode& other)
-{
-    _position = other._position;
-    _positionPrecise = other._positionPrecise;
-}
-
-void VLNode::setType(uint8_t type)
+void VLNode::setType(VLNodeType type)
 {
     if (type == _type) return;
     _type = type;
@@ -89,41 +83,43 @@ void VLNode::setConnection(uint8_t connection)
     tellParent();
 }
 
-const char* VLNode::typeStringForType(uint8_t type)
+const char* VLNode::typeStringForType(VLNodeType type)
 {
     switch (type) {
-    case LINE: return "LINE";
-    case MOVE: return "MOVE";
-    case CURVE: return "CURVE";
-    case QCURVE: return "QCURVE";
-    case HOBBY: return "HOBBY";
-    case OFFCURVE: return "OFFCURVE";
-    case SPECIAL: return "SPECIAL";
+    case VLNodeType::LINE: return "LINE";
+    case VLNodeType::MOVE: return "MOVE";
+    case VLNodeType::CURVE: return "CURVE";
+    case VLNodeType::QCURVE: return "QCURVE";
+    case VLNodeType::HOBBY: return "HOBBY";
+    case VLNodeType::OFFCURVE: return "OFFCURVE";
+    case VLNodeType::SPECIAL: return "SPECIAL";
     default: return "n/a";
     }
 }
 
-char VLNode::typeTagForType(uint8_t type)
+char VLNode::typeTagForType(VLNodeType type)
 {
     switch (type) {
-    case LINE: return 'l';
-    case CURVE: return 'c';
-    case QCURVE: return 'q';
-    case HOBBY: return 'h';
-    case OFFCURVE: return 'o';
+    case VLNodeType::LINE: return 'l';
+    case VLNodeType::CURVE: return 'c';
+    case VLNodeType::QCURVE: return 'q';
+    case VLNodeType::HOBBY: return 'h';
+    case VLNodeType::OFFCURVE: return 'o';
     default: return 'x';
     }
 }
 
 void VLNode::setTypeString(const std::string& word)
 {
-    static const std::map<std::string, uint8_t, std::less<>> types = [] {
-        std::map<std::string, uint8_t, std::less<>> table;
-        for (uint8_t type : {LINE, MOVE, CURVE, QCURVE, HOBBY, OFFCURVE, SPECIAL}) table[typeStringForType(type)] = type;
+    static const std::map<std::string, VLNodeType, std::less<>> types = [] {
+        std::map<std::string, VLNodeType, std::less<>> table;
+        for (VLNodeType type : {VLNodeType::LINE, VLNodeType::MOVE, VLNodeType::CURVE, VLNodeType::QCURVE,
+                                VLNodeType::HOBBY, VLNodeType::OFFCURVE, VLNodeType::SPECIAL})
+            table[typeStringForType(type)] = type;
         return table;
     }();
     auto it = types.find(word);
-    _type = it == types.end() ? 0 : it->second;
+    _type = it == types.end() ? VLNodeType::None : it->second;
 }
 
 void VLNode::setPosition_forLayerWidth(Point position, double width)
@@ -168,10 +164,10 @@ void VLNode::checkConnection()
 void VLNode::toggleConnection(bool smoothHandles)
 {
     uint8_t connection = _connection == SHARP ? SMOOTH : SHARP;
-    if (auto path = parentPath(); path && _type == LINE) {
+    if (auto path = parentPath(); path && _type == VLNodeType::LINE) {
         long index = nodeIndex();
         auto next = path->nodeAtIndex(index + 1);
-        if (!next || next->type() == LINE || (index == 0 && !path->closed())) connection = SHARP;
+        if (!next || next->type() == VLNodeType::LINE || (index == 0 && !path->closed())) connection = SHARP;
     }
     if (!isOffcurve() && connection == SMOOTH && smoothHandles) makeSmooth();
     setConnection(connection);

@@ -14,17 +14,22 @@ struct VLPlistParseInfo;
 // nodes than this; a longer node list fails its path, which bounds what a hostile document costs.
 inline constexpr size_t VLPathMaximumNodes = 65535;
 
-// One point of a path. An on-curve node's type describes the segment that ends at it.
+// The kind of a node, by the numbers of the format. An on-curve node's type describes the segment
+// that ends at it. None stands where there is no node, and for a word that names no type.
+enum class VLNodeType : uint8_t {
+    None = 0,
+    LINE = 1,
+    MOVE = 17,
+    CURVE = 35,
+    QCURVE = 36,
+    HOBBY = 37,
+    OFFCURVE = 65,
+    SPECIAL = 101,
+};
+
+// One point of a path.
 class VLNode : public VLElement {
 public:
-    static constexpr uint8_t LINE = 1;
-    static constexpr uint8_t MOVE = 17;
-    static constexpr uint8_t CURVE = 35;
-    static constexpr uint8_t QCURVE = 36;
-    static constexpr uint8_t HOBBY = 37;
-    static constexpr uint8_t OFFCURVE = 65;
-    static constexpr uint8_t SPECIAL = 101;
-
     static constexpr uint8_t SHARP = 0;
     static constexpr uint8_t SMOOTH = 100;
     static constexpr uint8_t SMOOTH_OTHER = 102;
@@ -40,37 +45,39 @@ public:
     bool readListWithVelmorParser_format(VLPlistParseInfo* info, uint8_t format);
     // NaN coordinates become 21 and then coordinates beyond 32000 become 22, so that the two
     // kinds of broken input stay apart.
-    static std::shared_ptr<VLNode> initWithPosition_type_connection(Point position, uint8_t type, uint8_t connection);
+    static std::shared_ptr<VLNode> initWithPosition_type_connection(Point position, VLNodeType type,
+                                                                    uint8_t connection);
 
     std::shared_ptr<VLShape> copy() const override { return copyNode(); }
     // Takes type, connection, positions and orientation; user data and parent stay behind.
     std::shared_ptr<VLNode> copyNode() const;
 
     std::shared_ptr<VLPath> parentPath() const;
-    // Both stored positions as they stand, without orientation or guard.
-    void takePositionsFromNode(const VLNode& other);
 
-    uint8_t type() const { return _type; }
-    void setType(uint8_t type);
-    void setTypeFast(uint8_t type) { _type = type; }
+    VLNodeType type() const { return _type; }
+    void setType(VLNodeType type);
+    void setTypeFast(VLNodeType type) { _type = type; }
     uint8_t connection() const { return _connection; }
     void setConnection(uint8_t connection);
     void setConnectionFast(uint8_t connection) { _connection = connection; }
     bool isSmooth() const { return (_connection & ~2) == SMOOTH; }
-    bool isOffcurve() const { return _type == OFFCURVE; }
+    bool isOffcurve() const { return _type == VLNodeType::OFFCURVE; }
 
-    static const char* typeStringForType(uint8_t type);
-    static char typeTagForType(uint8_t type);
+    static const char* typeStringForType(VLNodeType type);
+    static char typeTagForType(VLNodeType type);
     std::string typeString() const { return typeStringForType(_type); }
     char typeTag() const { return typeTagForType(_type); }
-    // An unknown word gives type 0.
+    // An unknown word gives VLNodeType::None.
     void setTypeString(const std::string& word);
 
     // The x is taken back from the orientation first; a change below half a thousandth is
     // not stored.
     void setPosition_forLayerWidth(Point position, double width);
 
-    bool canAttachCorner() const { return _type == LINE || _type == CURVE || _type == QCURVE; }
+    bool canAttachCorner() const
+    {
+        return _type == VLNodeType::LINE || _type == VLNodeType::CURVE || _type == VLNodeType::QCURVE;
+    }
 
     // Forwarded to the parent path.
     long nodeIndex() const;
@@ -94,7 +101,7 @@ public:
     bool isEqualToNode(const VLNode& other) const;
 
 private:
-    uint8_t _type = LINE;
+    VLNodeType _type = VLNodeType::LINE;
     uint8_t _connection = SHARP;
     ValueDictionary _userData;
 };

@@ -1,8 +1,9 @@
 #include "outline/VLPath.h"
 
-#include "model/VLFont.h"
-#include "model/VLUnsetValue.h"
 #include "geometry/VLGeometry.h"
+#include "model/VLChildren.h"
+#include "model/VLFont.h"
+#include "platform/VLUnsetValue.h"
 
 #include <algorithm>
 #include <cmath>
@@ -24,16 +25,6 @@ double VLPath::gridLength() const
 {
     auto owner = font();
     return owner ? owner->gridLength() : 0.0;
-}
-
-void VLPath::adopt(const std::shared_ptr<VLNode>& node)
-{
-    node->setParent(asContainer());
-}
-
-void VLPath::release(const std::shared_ptr<VLNode>& node)
-{
-    if (node->parent().get() == static_cast<VLContainer*>(this)) node->setParent(nullptr);
 }
 
 long VLPath::wrappedIndex(long index) const
@@ -61,16 +52,9 @@ long VLPath::indexOfNode(const VLNode* node) const
     return NotFound;
 }
 
-void VLPath::setNodes(Nodes nodes)
-{
-    for (const auto& node : _nodes) release(node);
-    setNodesFast(std::move(nodes));
-}
-
 void VLPath::setNodesFast(Nodes nodes)
 {
-    _nodes = std::move(nodes);
-    for (const auto& node : _nodes) adopt(node);
+    VLSetChildren(_nodes, std::move(nodes), asContainer());
 }
 
 void VLPath::addNode(const std::shared_ptr<VLNode>& node)
@@ -81,18 +65,18 @@ void VLPath::addNode(const std::shared_ptr<VLNode>& node)
 
 void VLPath::addNodeFast(const std::shared_ptr<VLNode>& node)
 {
-    adopt(node);
-    _nodes.push_back(node);
+    VLAddChild(_nodes, node, asContainer());
 }
 
-std::shared_ptr<VLNode> VLPath::addNodeWithPosition_type_connection(Point position, uint8_t type, uint8_t connection)
+std::shared_ptr<VLNode> VLPath::addNodeWithPosition_type_connection(Point position, VLNodeType type,
+                                                                    uint8_t connection)
 {
     auto node = VLNode::initWithPosition_type_connection(position, type, connection);
     addNode(node);
     return node;
 }
 
-std::shared_ptr<VLNode> VLPath::addNodeFastWithPosition_type_connection(Point position, uint8_t type,
+std::shared_ptr<VLNode> VLPath::addNodeFastWithPosition_type_connection(Point position, VLNodeType type,
                                                                         uint8_t connection)
 {
     auto node = VLNode::initWithPosition_type_connection(position, type, connection);
@@ -102,16 +86,16 @@ std::shared_ptr<VLNode> VLPath::addNodeFastWithPosition_type_connection(Point po
 
 void VLPath::addCurveWithOff1_off2_end_connection(Point off1, Point off2, Point end, uint8_t connection)
 {
-    addNodeWithPosition_type_connection(off1, VLNode::OFFCURVE, VLNode::SHARP);
-    addNodeWithPosition_type_connection(off2, VLNode::OFFCURVE, VLNode::SHARP);
-    addNodeWithPosition_type_connection(end, VLNode::CURVE, connection);
+    addNodeWithPosition_type_connection(off1, VLNodeType::OFFCURVE, VLNode::SHARP);
+    addNodeWithPosition_type_connection(off2, VLNodeType::OFFCURVE, VLNode::SHARP);
+    addNodeWithPosition_type_connection(end, VLNodeType::CURVE, connection);
 }
 
 void VLPath::addCurveFastWithOff1_off2_end_connection(Point off1, Point off2, Point end, uint8_t connection)
 {
-    addNodeFastWithPosition_type_connection(off1, VLNode::OFFCURVE, VLNode::SHARP);
-    addNodeFastWithPosition_type_connection(off2, VLNode::OFFCURVE, VLNode::SHARP);
-    addNodeFastWithPosition_type_connection(end, VLNode::CURVE, connection);
+    addNodeFastWithPosition_type_connection(off1, VLNodeType::OFFCURVE, VLNode::SHARP);
+    addNodeFastWithPosition_type_connection(off2, VLNodeType::OFFCURVE, VLNode::SHARP);
+    addNodeFastWithPosition_type_connection(end, VLNodeType::CURVE, connection);
 }
 
 void VLPath::addNodes(const Nodes& nodes)
@@ -122,10 +106,7 @@ void VLPath::addNodes(const Nodes& nodes)
 
 void VLPath::removeNodes(const Nodes& nodes)
 {
-    for (const auto& node : nodes) {
-        release(node);
-        std::erase(_nodes, node);
-    }
+    for (const auto& node : nodes) VLRemoveChild(_nodes, node, asContainer());
     tellParent();
 }
 
@@ -136,10 +117,8 @@ void VLPath::insertObject_inNodesAtIndex(std::shared_ptr<VLNode> node, long inde
     if (grid > 0.001) node->roundToGrid(grid);
     if (_nodes.empty()) index = 0;
     if (_closed && index != 0 && index > count()) index = (index + count()) % count();
-    if (index >= 0 && index <= count()) {
-        adopt(node);
-        _nodes.insert(_nodes.begin() + index, std::move(node));
-    }
+    if (index >= 0 && index <= count())
+        VLInsertChild(_nodes, std::move(node), static_cast<size_t>(index), asContainer());
     tellParent();
 }
 
@@ -147,12 +126,7 @@ void VLPath::replaceObjectInNodesAtIndex_withObject(long index, const std::share
 {
     if (!node || _nodes.empty()) return;
     index = wrappedIndex(index);
-    if (index >= 0 && index < count()) {
-        auto& slot = _nodes[static_cast<size_t>(index)];
-        release(slot);
-        adopt(node);
-        slot = node;
-    }
+    if (index >= 0 && index < count()) VLReplaceChild(_nodes, static_cast<size_t>(index), node, asContainer());
     tellParent();
 }
 
@@ -160,7 +134,7 @@ void VLPath::removeObjectFromNodesAtIndex(long index)
 {
     if (_closed) index += index < 0 ? count() : (index >= count() ? -count() : 0);
     if (index < 0 || index >= count()) return;
-    release(_nodes[static_cast<size_t>(index)]);
+    VLReleaseChild(*_nodes[static_cast<size_t>(index)], asContainer());
     _nodes.erase(_nodes.begin() + index);
     tellParent();
 }
@@ -228,9 +202,9 @@ bool VLPath::hasTrueTypeCurve() const
     bool hasOffcurve = false;
     bool hasCurve = false;
     for (const auto& node : _nodes) {
-        if (node->type() == VLNode::QCURVE) return true;
+        if (node->type() == VLNodeType::QCURVE) return true;
         hasOffcurve |= node->isOffcurve();
-        hasCurve |= node->type() == VLNode::CURVE;
+        hasCurve |= node->type() == VLNodeType::CURVE;
     }
     return hasOffcurve && !hasCurve;
 }
@@ -238,8 +212,8 @@ bool VLPath::hasTrueTypeCurve() const
 bool VLPath::hasTrueTypeOutline() const
 {
     for (const auto& node : _nodes) {
-        if (node->type() == VLNode::CURVE) return false;
-        if (node->type() == VLNode::QCURVE) return true;
+        if (node->type() == VLNodeType::CURVE) return false;
+        if (node->type() == VLNodeType::QCURVE) return true;
     }
     return true;
 }
@@ -247,8 +221,8 @@ bool VLPath::hasTrueTypeOutline() const
 bool VLPath::hasHobbyCurve() const
 {
     for (const auto& node : _nodes) {
-        if (node->type() == VLNode::CURVE) return false;
-        if (node->type() == VLNode::HOBBY) return true;
+        if (node->type() == VLNodeType::CURVE) return false;
+        if (node->type() == VLNodeType::HOBBY) return true;
     }
     return false;
 }

@@ -32,12 +32,11 @@ public:
     void drawInPen_openPen_secondaryPen_extraHandles(VLPenProtocol& pen, VLPenProtocol& openPen,
                                                      VLPenProtocol* secondPen, std::vector<Point>* extraHandles) override;
     void drawSimpleInPen(VLPenProtocol& pen) override;
-    void _drawInPen_secondaryPen(VLPenProtocol& pen, VLPenProtocol* secondPen);
     // Hints that point at node index of the first path turn that reference into a knob at point,
     // so that they survive the replacing of the nodes.
     static void findHint_forPoint_index(const std::vector<std::shared_ptr<VLHint>>& hints, Point point, long index);
 
-    uint16_t shapeType() const override { return VLShapeTypePath; }
+    VLShapeType shapeType() const override { return VLShapeType::Path; }
     std::shared_ptr<VLShape> copy() const override { return copyPath(); }
     // Nodes are copied without their user data.
     std::shared_ptr<VLPath> copyPath() const;
@@ -59,12 +58,13 @@ public:
     // As nodeAtIndex, with the zero point for a missing node.
     Point positionAtIndex(long index) const;
     long indexOfNode(const VLNode* node) const;
-    void setNodes(Nodes nodes);
+    void setNodes(Nodes nodes) { setNodesFast(std::move(nodes)); }
     void setNodesFast(Nodes nodes);
     void addNode(const std::shared_ptr<VLNode>& node);
     void addNodeFast(const std::shared_ptr<VLNode>& node);
-    std::shared_ptr<VLNode> addNodeWithPosition_type_connection(Point position, uint8_t type, uint8_t connection);
-    std::shared_ptr<VLNode> addNodeFastWithPosition_type_connection(Point position, uint8_t type, uint8_t connection);
+    std::shared_ptr<VLNode> addNodeWithPosition_type_connection(Point position, VLNodeType type, uint8_t connection);
+    std::shared_ptr<VLNode> addNodeFastWithPosition_type_connection(Point position, VLNodeType type,
+                                                                    uint8_t connection);
     void addCurveWithOff1_off2_end_connection(Point off1, Point off2, Point end, uint8_t connection);
     void addCurveFastWithOff1_off2_end_connection(Point off1, Point off2, Point end, uint8_t connection);
     void addNodes(const Nodes& nodes);
@@ -100,7 +100,6 @@ public:
 
     // Tight bounds of the outline; an empty path has x = VLUnsetValue.
     Rect bounds() const override;
-    Rect fastBounds() const override { return fastBoundsTransform(nullptr); }
     // Bounds of all nodes, off-curve included, within +-30000.
     Rect fastBoundsTransform(const AffineTransform* transform) const override;
 
@@ -140,9 +139,9 @@ public:
 
 private:
     VLPath(const VLPath&) = default;
+    // The full walk of a path made of plain segments.
+    void _drawInPen_secondaryPen(VLPenProtocol& pen, VLPenProtocol* secondPen);
     std::shared_ptr<VLContainer> asContainer();
-    void adopt(const std::shared_ptr<VLNode>& node);
-    void release(const std::shared_ptr<VLNode>& node);
     long wrappedIndex(long index) const;
     bool isOffcurveOnly() const;
     std::shared_ptr<VLNode> insertNodeInQuadraticRun(long index, double t);

@@ -1,8 +1,8 @@
 #include "geometry/VLCubic.h"
-#include "model/VLUnsetValue.h"
 #include "outline/VLCurveBounds.h"
 #include "outline/VLPath.h"
 #include "platform/AffineTransform.h"
+#include "platform/VLUnsetValue.h"
 
 #include <algorithm>
 #include <vector>
@@ -30,7 +30,7 @@ void addQuadraticRun(VLCurveBounds& bounds, Point start, const std::vector<Point
 void addSegment(VLCurveBounds& bounds, Point start, const std::vector<Point>& offcurves, const VLNode& end)
 {
     Point endPoint = end.position();
-    bool cubic = end.type() == VLNode::CURVE || end.type() == VLNode::HOBBY;
+    bool cubic = end.type() == VLNodeType::CURVE || end.type() == VLNodeType::HOBBY;
     if (offcurves.empty())
         bounds.addPoint(endPoint);
     else if (cubic && offcurves.size() == 2)

@@ -2,11 +2,11 @@
 #include "geometry/VLGeometry.h"
 #include "geometry/VLPenProtocol.h"
 #include "model/VLLayer.h"
-#include "model/VLUnsetValue.h"
 #include "outline/VLHint.h"
 #include "outline/VLNode.h"
 #include "outline/VLPath.h"
 #include "outline/VLSegmentCrossing.h"
+#include "platform/VLUnsetValue.h"
 
 #include <algorithm>
 #include <array>
@@ -52,19 +52,19 @@ private:
     Point onCurve(Point p) const { return VLRoundToGrid(p, _grid); }
     Point handle(Point p) const { return VLRoundToGrid(p, _handleGrid); }
     // A HOBBY node ends a cubic whose handles are stored, so it draws as a CURVE node does.
-    uint8_t typeAt(long index) const
+    VLNodeType typeAt(long index) const
     {
         auto node = _path.nodeAtIndex(index);
-        if (!node) return 0;
-        return node->type() == VLNode::HOBBY ? VLNode::CURVE : node->type();
+        if (!node) return VLNodeType::None;
+        return node->type() == VLNodeType::HOBBY ? VLNodeType::CURVE : node->type();
     }
     bool exists(long index) const { return _path.nodeAtIndex(index) != nullptr; }
 
     void drawOpen()
     {
         for (long i = 0; i < _n; ++i) {
-            uint8_t type = typeAt(i);
-            if (type == VLNode::LINE || type == VLNode::CURVE) {
+            VLNodeType type = typeAt(i);
+            if (type == VLNodeType::LINE || type == VLNodeType::CURVE) {
                 _pen.moveTo(onCurve(_path.positionAtIndex(i)));
                 break;
             }
@@ -80,14 +80,14 @@ private:
     void drawClosed()
     {
         long i = -1;
-        while (typeAt(i) == VLNode::OFFCURVE && i > -_n) --i;
-        if (typeAt(i) == VLNode::OFFCURVE) return drawAllOffCurve();
+        while (typeAt(i) == VLNodeType::OFFCURVE && i > -_n) --i;
+        if (typeAt(i) == VLNodeType::OFFCURVE) return drawAllOffCurve();
         // A step at the start could not be cut on the way back to it: start one corner earlier,
         // but only where the cut is made, so that masters a unit apart start on the same node.
         if (isOutsideStep(i) && stepIsCut(i))
             do
                 --i;
-            while (typeAt(i) == VLNode::OFFCURVE && i > -2 * _n);
+            while (typeAt(i) == VLNodeType::OFFCURVE && i > -2 * _n);
         long skipped = 0;
         prepareInOut(i, false, skipped);
         drawNodeDefault(i, true, false);
@@ -125,14 +125,14 @@ private:
     bool prepareInOut(long i, bool mayCut, long& skipped)
     {
         skipped = 0;
-        uint8_t type = typeAt(i);
-        if (type == VLNode::OFFCURVE || type == 0) return false;
+        VLNodeType type = typeAt(i);
+        if (type == VLNodeType::OFFCURVE || type == VLNodeType::None) return false;
         if (_out.count >= 1) {
             _in.count = _out.count;
             std::reverse_copy(_out.points.begin(), _out.points.begin() + _out.count, _in.points.begin());
-        } else if (type == VLNode::QCURVE) {
+        } else if (type == VLNodeType::QCURVE) {
             _in = {{_path.positionAtIndex(i)}, 1};
-        } else if (type == VLNode::CURVE) {
+        } else if (type == VLNodeType::CURVE) {
             if (!exists(i - 3)) return false;
             _in = {{_path.positionAtIndex(i), _path.positionAtIndex(i - 1), _path.positionAtIndex(i - 2),
                     _path.positionAtIndex(i - 3)},
@@ -154,13 +154,13 @@ private:
     {
         auto a = _path.nodeAtIndex(i);
         auto b = _path.nodeAtIndex(i + 1);
-        if (!a || !b || b->type() != VLNode::LINE || a->connection() != 0 || b->connection() != 0) return false;
+        if (!a || !b || b->type() != VLNodeType::LINE || a->connection() != 0 || b->connection() != 0) return false;
         Point pa = a->position(), pb = b->position();
         Point before = _path.positionAtIndex(i - 1);
-        if (typeAt(i - 1) == VLNode::OFFCURVE && VLSquareDistance(before, pa) < 1e-8)
+        if (typeAt(i - 1) == VLNodeType::OFFCURVE && VLSquareDistance(before, pa) < 1e-8)
             before = _path.pointAtPathTime(static_cast<double>(i) - 0.1);
         Point after = _path.positionAtIndex(i + 2);
-        if (typeAt(i + 2) == VLNode::OFFCURVE && VLSquareDistance(after, pb) < 1e-8)
+        if (typeAt(i + 2) == VLNodeType::OFFCURVE && VLSquareDistance(after, pb) < 1e-8)
             after = _path.pointAtPathTime(static_cast<double>(i) + 2.1);
         auto cross = [&](Point q) { return (pb.x - pa.x) * (q.y - pa.y) - (pb.y - pa.y) * (q.x - pa.x); };
         return cross(before) < 0 && cross(after) < 0;
@@ -171,11 +171,12 @@ private:
     bool segmentAfterStep(long i, NodeSegment& out) const
     {
         Point b = _path.positionAtIndex(i + 1);
-        if (typeAt(i + 2) == VLNode::LINE) {
+        if (typeAt(i + 2) == VLNodeType::LINE) {
             out = {{b, _path.positionAtIndex(i + 2)}, 2};
             return true;
         }
-        if (typeAt(i + 2) != VLNode::OFFCURVE || typeAt(i + 3) != VLNode::OFFCURVE || typeAt(i + 4) != VLNode::CURVE)
+        if (typeAt(i + 2) != VLNodeType::OFFCURVE || typeAt(i + 3) != VLNodeType::OFFCURVE ||
+            typeAt(i + 4) != VLNodeType::CURVE)
             return false;
         out = {{b, _path.positionAtIndex(i + 2), _path.positionAtIndex(i + 3), _path.positionAtIndex(i + 4)}, 4};
         return true;
@@ -206,11 +207,11 @@ private:
 
     void prepareOut(long i)
     {
-        uint8_t next = typeAt(i + 1);
+        VLNodeType next = typeAt(i + 1);
         _out.count = 0;
-        if (next == VLNode::LINE || next == VLNode::QCURVE) {
+        if (next == VLNodeType::LINE || next == VLNodeType::QCURVE) {
             _out = {{_path.positionAtIndex(i), _path.positionAtIndex(i + 1)}, 2};
-        } else if (next == VLNode::OFFCURVE && exists(i + 3)) {
+        } else if (next == VLNodeType::OFFCURVE && exists(i + 3)) {
             _out = {{_path.positionAtIndex(i), _path.positionAtIndex(i + 1), _path.positionAtIndex(i + 2),
                      _path.positionAtIndex(i + 3)},
                     4};
@@ -230,20 +231,21 @@ private:
             return;
         }
         switch (typeAt(i)) {
-        case VLNode::QCURVE: return drawQuadraticRun(i);
-        case VLNode::CURVE:
+        case VLNodeType::QCURVE: return drawQuadraticRun(i);
+        case VLNodeType::CURVE:
             return _pen.curveTo_off1_off2(onCurve(_in.points[0]), handle(_in.points[2]), handle(_in.points[1]));
-        case VLNode::LINE:
+        case VLNodeType::LINE:
             // The closing line is left to closePath.
             if (!isLast) _pen.lineTo(onCurve(_in.points[0]));
             return;
+        default: return;
         }
     }
 
     void drawQuadraticRun(long i)
     {
         std::vector<Point> run{onCurve(_path.positionAtIndex(i))};
-        for (long k = i - 1; k > i - _n && typeAt(k) == VLNode::OFFCURVE; --k)
+        for (long k = i - 1; k > i - _n && typeAt(k) == VLNodeType::OFFCURVE; --k)
             run.insert(run.begin(), handle(_path.positionAtIndex(k)));
         if (run.size() < 2) return _pen.lineTo(run.front());
         _pen.qCurveTo(run);
@@ -294,7 +296,7 @@ void VLPath::drawSimpleInPen(VLPenProtocol& pen)
         pen.moveTo(_nodes.front()->position());
     } else {
         long last = n - 1;
-        while (last >= 0 && _nodes[static_cast<size_t>(last)]->type() == VLNode::OFFCURVE) --last;
+        while (last >= 0 && _nodes[static_cast<size_t>(last)]->type() == VLNodeType::OFFCURVE) --last;
         if (last < 0) {
             for (const auto& node : _nodes) run.push_back(node->position());
             run.push_back({VLUnsetValue, 0});
@@ -303,8 +305,8 @@ void VLPath::drawSimpleInPen(VLPenProtocol& pen)
             return;
         }
         const auto& start = _nodes[static_cast<size_t>(last)];
-        uint8_t type = start->type();
-        bool curve = type == VLNode::CURVE || type == VLNode::HOBBY || type == VLNode::QCURVE;
+        VLNodeType type = start->type();
+        bool curve = type == VLNodeType::CURVE || type == VLNodeType::HOBBY || type == VLNodeType::QCURVE;
         if (curve && pen.respondsToBeginPath()) {
             pen.beginPath();
             pen.setLastPoint(start->position());
@@ -318,18 +320,19 @@ void VLPath::drawSimpleInPen(VLPenProtocol& pen)
     for (long k = first; k < n; ++k) {
         const auto& node = _nodes[static_cast<size_t>(k)];
         switch (node->type()) {
-        case VLNode::LINE: pen.lineTo(node->position()); break;
-        case VLNode::CURVE:
-        case VLNode::HOBBY:
+        case VLNodeType::LINE: pen.lineTo(node->position()); break;
+        case VLNodeType::CURVE:
+        case VLNodeType::HOBBY:
             if (run.size() >= 2) pen.curveTo_off1_off2(node->position(), run[run.size() - 2], run.back());
             run.clear();
             break;
-        case VLNode::OFFCURVE: run.push_back(node->position()); break;
-        case VLNode::QCURVE:
+        case VLNodeType::OFFCURVE: run.push_back(node->position()); break;
+        case VLNodeType::QCURVE:
             run.push_back(node->position());
             pen.qCurveTo(run);
             run.clear();
             break;
+        default: break;
         }
     }
     if (_closed)

@@ -33,8 +33,7 @@ double distanceToChord(Point p, Point a, Point b)
 
 void VLPath::transformFast_round(const AffineTransform& transform, double grid)
 {
-    // From the precise value, so that repeated transforms don't accumulate rounding.
-    for (const auto& node : _nodes) node->setPositionFast_round(transform.transformPoint(node->positionPrecise()), grid);
+    for (const auto& node : _nodes) node->transformFast_round(transform, grid);
 }
 
 void VLPath::getPositionsFromShape(const VLShape& other)
@@ -42,7 +41,7 @@ void VLPath::getPositionsFromShape(const VLShape& other)
     auto* path = dynamic_cast<const VLPath*>(&other);
     if (!path) return;
     size_t shared = std::min(_nodes.size(), path->_nodes.size());
-    for (size_t i = 0; i < shared; ++i) _nodes[i]->takePositionsFromNode(*path->_nodes[i]);
+    for (size_t i = 0; i < shared; ++i) _nodes[i]->getPositionsFromShape(*path->_nodes[i]);
 }
 
 void VLPath::setClosePath_fixStartNode(bool closed, bool fixStartNode)
@@ -51,7 +50,7 @@ void VLPath::setClosePath_fixStartNode(bool closed, bool fixStartNode)
     if (!closed) {
         // The start point of a closed path becomes an explicit first node.
         auto last = _nodes.back();
-        auto start = VLNode::initWithPosition_type_connection(last->position(), VLNode::LINE, VLNode::SHARP);
+        auto start = VLNode::initWithPosition_type_connection(last->position(), VLNodeType::LINE, VLNode::SHARP);
         last->setConnection(VLNode::SHARP);
         insertObject_inNodesAtIndex(start, 0);
     } else {
@@ -109,19 +108,19 @@ void VLPath::reverseFast()
 
     // A type belongs to the segment that arrives at its node, so each on-curve type moves on to
     // the next on-curve node of the new direction.
-    std::optional<uint8_t> carried;
+    std::optional<VLNodeType> carried;
     if (_nodes.front()->isOffcurve() || _nodes.back()->isOffcurve()) {
         auto lastOncurve = std::find_if(_nodes.rbegin(), _nodes.rend(), [](const auto& n) { return !n->isOffcurve(); });
         if (lastOncurve != _nodes.rend()) carried = (*lastOncurve)->type();
     }
     bool onRecord = carried.has_value();
-    uint8_t carriedType = carried.value_or(_nodes.back()->type());
+    VLNodeType carriedType = carried.value_or(_nodes.back()->type());
     auto previous = _nodes.back();
     for (const auto& node : _nodes) {
         if (!node->isOffcurve()) {
-            uint8_t oldType = node->type();
+            VLNodeType oldType = node->type();
             if (!previous->isOffcurve()) {
-                node->setTypeFast(VLNode::LINE);
+                node->setTypeFast(VLNodeType::LINE);
                 carriedType = oldType;
             } else if (onRecord) {
                 node->setTypeFast(carriedType);
@@ -165,8 +164,9 @@ void VLPath::checkConnections()
         if (node->isOffcurve()) {
             node->setConnection(VLNode::SHARP);
         } else if (previous) {
-            uint8_t type = node->type();
-            if ((type == VLNode::CURVE || type == VLNode::QCURVE) && isOncurve(previous)) node->setType(VLNode::LINE);
+            VLNodeType type = node->type();
+            if ((type == VLNodeType::CURVE || type == VLNodeType::QCURVE) && isOncurve(previous))
+                node->setType(VLNodeType::LINE);
             if (!isOffcurve(previous) && !isOffcurve(next)) {
                 node->setConnection(VLNode::SHARP);
             } else if (next) {

@@ -1,9 +1,9 @@
 #include "geometry/VLCubic.h"
-#include "platform/NumberConversion.h"
 #include "geometry/VLGeometry.h"
-#include "model/VLUnsetValue.h"
 #include "outline/VLPath.h"
 #include "outline/VLSegmentCrossing.h"
+#include "platform/NumberConversion.h"
+#include "platform/VLUnsetValue.h"
 
 #include <algorithm>
 #include <cmath>
@@ -32,7 +32,7 @@ Point VLPath::pointAtPathTime(double pathTime) const
     if (!node || t <= 0.0 || t >= 1.0) return positionAtIndex(index);
     Point here = node->position();
     switch (node->type()) {
-    case VLNode::OFFCURVE: {
+    case VLNodeType::OFFCURVE: {
         // Between two control points lies the implied on-curve point at their middle.
         auto neighbour = [&](long at) {
             auto other = nodeAtIndex(at);
@@ -41,9 +41,9 @@ Point VLPath::pointAtPathTime(double pathTime) const
         };
         return VLQuadraticPoint(neighbour(index - 1), here, neighbour(index + 1), t);
     }
-    case VLNode::CURVE:
+    case VLNodeType::CURVE:
         return VLCubicPoint(positionAtIndex(index - 3), positionAtIndex(index - 2), positionAtIndex(index - 1), here, t);
-    case VLNode::LINE: {
+    case VLNodeType::LINE: {
         auto previous = nodeAtIndex(index - 1);
         return previous ? VLLerp(previous->position(), here, t) : Point{VLUnsetValue, 0.0};
     }
@@ -57,8 +57,8 @@ std::shared_ptr<VLNode> VLPath::nearestNodeWithPathTime(double pathTime) const
     auto [index, t] = splitPathTime(pathTime);
     auto node = nodeAtIndex(index);
     if (!node || std::fabs(t) >= 0.5) return node;
-    if (node->type() == VLNode::CURVE) return nodeAtIndex(index - 3);
-    if (node->type() == VLNode::LINE) return nodeAtIndex(index - 1);
+    if (node->type() == VLNodeType::CURVE) return nodeAtIndex(index - 3);
+    if (node->type() == VLNodeType::LINE) return nodeAtIndex(index - 1);
     return node;
 }
 
@@ -98,10 +98,10 @@ std::shared_ptr<VLNode> VLPath::insertNodeWithPathTime(double pathTime)
     auto [index, t] = splitPathTime(pathTime);
     auto node = nodeAtIndex(index);
     if (!node) return nullptr;
-    uint8_t type = node->type();
+    VLNodeType type = node->type();
     if (std::fabs(t) < 0.00001) {
-        if (type == VLNode::CURVE) return nodeAtIndex(index - 3);
-        return type == VLNode::LINE ? nodeAtIndex(index - 1) : nullptr;
+        if (type == VLNodeType::CURVE) return nodeAtIndex(index - 3);
+        return type == VLNodeType::LINE ? nodeAtIndex(index - 1) : nullptr;
     }
     if (std::fabs(t - 1.0) < 0.0001) {
         Point here = node->position();
@@ -109,16 +109,16 @@ std::shared_ptr<VLNode> VLPath::insertNodeWithPathTime(double pathTime)
                                  [&](const auto& other) { return VLDistanceF(other->position(), here) < 0.01f; });
         return near == _nodes.end() ? nullptr : *near;
     }
-    if (type == VLNode::LINE) {
+    if (type == VLNodeType::LINE) {
         auto previous = nodeAtIndex(index - 1);
         if (!previous) return nullptr;
         auto inserted = VLNode::initWithPosition_type_connection(VLLerp(previous->position(), node->position(), t),
-                                                                 VLNode::LINE, VLNode::SHARP);
+                                                                 VLNodeType::LINE, VLNode::SHARP);
         insertObject_inNodesAtIndex(inserted, index);
         return inserted;
     }
-    if (type == VLNode::OFFCURVE) return insertNodeInQuadraticRun(index, t);
-    if (type != VLNode::CURVE && type != VLNode::HOBBY) return nullptr;
+    if (type == VLNodeType::OFFCURVE) return insertNodeInQuadraticRun(index, t);
+    if (type != VLNodeType::CURVE && type != VLNodeType::HOBBY) return nullptr;
 
     // De Casteljau's split, at the parameter as single precision gives it.
     t = VLSinglePrecision(t);
@@ -132,16 +132,19 @@ std::shared_ptr<VLNode> VLPath::insertNodeWithPathTime(double pathTime)
     Point d = VLLerp(a, b, t);
     Point e = VLLerp(b, c, t);
     Point split = VLLerp(d, e, t);
-    if (type == VLNode::HOBBY) {
-        auto inserted = VLNode::initWithPosition_type_connection(split, VLNode::HOBBY, VLNode::SMOOTH);
+    if (type == VLNodeType::HOBBY) {
+        auto inserted = VLNode::initWithPosition_type_connection(split, VLNodeType::HOBBY, VLNode::SMOOTH);
         insertObject_inNodesAtIndex(inserted, index);
         return inserted;
     }
     off1->setPositionFast(a);
     off2->setPositionFast(d);
-    auto inserted = VLNode::initWithPosition_type_connection(split, VLNode::CURVE, VLNode::SMOOTH);
-    insertObject_inNodesAtIndex(VLNode::initWithPosition_type_connection(c, VLNode::OFFCURVE, VLNode::SHARP), index);
-    insertObject_inNodesAtIndex(VLNode::initWithPosition_type_connection(e, VLNode::OFFCURVE, VLNode::SHARP), index);
+    auto inserted = VLNode::initWithPosition_type_connection(split, VLNodeType::CURVE, VLNode::SMOOTH);
+    auto handle = [](Point p) {
+        return VLNode::initWithPosition_type_connection(p, VLNodeType::OFFCURVE, VLNode::SHARP);
+    };
+    insertObject_inNodesAtIndex(handle(c), index);
+    insertObject_inNodesAtIndex(handle(e), index);
     insertObject_inNodesAtIndex(inserted, index);
     return inserted;
 }
@@ -154,7 +157,7 @@ std::shared_ptr<VLNode> VLPath::insertNodeInQuadraticRun(long index, double t)
 {
     auto isCurve = [&](long at) {
         auto node = nodeAtIndex(at);
-        return node && node->type() == VLNode::CURVE;
+        return node && node->type() == VLNodeType::CURVE;
     };
     if (isCurve(index + 1) || isCurve(index + 2)) return nullptr;
     if (index < 0) index += count();
@@ -168,17 +171,18 @@ std::shared_ptr<VLNode> VLPath::insertNodeInQuadraticRun(long index, double t)
     VLQuadraticRunSplit(run.data(), static_cast<int>(run.size()), static_cast<double>(m) + t, before, onCurve, after);
     if (onCurve.x == VLUnsetValue) return nullptr;
 
-    auto node = [](Point p, uint8_t type) {
-        return VLNode::initWithPosition_type_connection(p, type, type == VLNode::OFFCURVE ? VLNode::SHARP : VLNode::SMOOTH);
+    auto node = [](Point p, VLNodeType type) {
+        uint8_t connection = type == VLNodeType::OFFCURVE ? VLNode::SHARP : VLNode::SMOOTH;
+        return VLNode::initWithPosition_type_connection(p, type, connection);
     };
     size_t at = static_cast<size_t>(m);
     nodeAtIndex(index)->setPositionFast(before);
-    auto inserted = node(onCurve, VLNode::QCURVE);
+    auto inserted = node(onCurve, VLNodeType::QCURVE);
     long next = index + 1;
     insertObject_inNodesAtIndex(inserted, next++);
-    insertObject_inNodesAtIndex(node(after, VLNode::OFFCURVE), next++);
-    if (m + 1 < last) insertObject_inNodesAtIndex(node(VLLerp(run[at], run[at + 1], 0.5), VLNode::QCURVE), next);
-    if (m > 1) insertObject_inNodesAtIndex(node(VLLerp(run[at - 1], run[at], 0.5), VLNode::QCURVE), index);
+    insertObject_inNodesAtIndex(node(after, VLNodeType::OFFCURVE), next++);
+    if (m + 1 < last) insertObject_inNodesAtIndex(node(VLLerp(run[at], run[at + 1], 0.5), VLNodeType::QCURVE), next);
+    if (m > 1) insertObject_inNodesAtIndex(node(VLLerp(run[at - 1], run[at], 0.5), VLNodeType::QCURVE), index);
     return inserted;
 }
 
@@ -218,7 +222,8 @@ Point VLPath::nearestPointOnPath_pathTime(Point point, double* pathTime)
         // A run of control points alone gets an on-curve point where it implies one.
         auto withStart = std::static_pointer_cast<VLPath>(path->copy());
         Point start = VLLerp(path->_nodes.back()->position(), path->_nodes.front()->position(), 0.5);
-        withStart->insertObject_inNodesAtIndex(VLNode::initWithPosition_type_connection(start, VLNode::QCURVE, VLNode::SHARP), 0);
+        auto startNode = VLNode::initWithPosition_type_connection(start, VLNodeType::QCURVE, VLNode::SHARP);
+        withStart->insertObject_inNodesAtIndex(startNode, 0);
         return withStart->nearestPointOnPath_pathTime(point, pathTime);
     }
     NearestPoint nearest{point};
@@ -227,7 +232,7 @@ Point VLPath::nearestPointOnPath_pathTime(Point point, double* pathTime)
         double index = static_cast<double>(i);
         bool atNode = VLSquareDistance(node.position(), point) < 0.001 * 0.001;
         switch (node.type()) {
-        case VLNode::QCURVE: {
+        case VLNodeType::QCURVE: {
             std::vector<Point> run = path->qcurvePointListAtNodeIndex_qCurveSegment_count(i);
             // The run's k control points stand at the indexes before the node.
             long offcurves = static_cast<long>(run.size()) - 2;
@@ -243,8 +248,8 @@ Point VLPath::nearestPointOnPath_pathTime(Point point, double* pathTime)
             }
             break;
         }
-        case VLNode::CURVE:
-        case VLNode::HOBBY:
+        case VLNodeType::CURVE:
+        case VLNodeType::HOBBY:
             if (atNode) {
                 nearest.consider(point, index, 0);
             } else if (path->nodeAtIndex(i - 3)) {
@@ -255,7 +260,7 @@ Point VLPath::nearestPointOnPath_pathTime(Point point, double* pathTime)
                 nearest.consider(VLCubicPoint(cubic[0], cubic[1], cubic[2], cubic[3], t), index, t);
             }
             break;
-        case VLNode::LINE:
+        case VLNodeType::LINE:
             if (atNode) {
                 nearest.consider(point, index, 0);
             } else if (i == 0 && !path->_closed) {
@@ -266,6 +271,7 @@ Point VLPath::nearestPointOnPath_pathTime(Point point, double* pathTime)
                 nearest.consider(foot, index, t);
             }
             break;
+        default: break;
         }
     }
     if (pathTime && nearest.distance < VLUnsetValue) *pathTime = nearest.time;

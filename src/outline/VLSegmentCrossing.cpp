@@ -2,7 +2,7 @@
 
 #include "geometry/VLCubicIntersections.h"
 #include "geometry/VLGeometry.h"
-#include "model/VLUnsetValue.h"
+#include "platform/VLUnsetValue.h"
 
 #include <algorithm>
 #include <cmath>

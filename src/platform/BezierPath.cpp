@@ -1,6 +1,7 @@
 #include "platform/BezierPath.h"
 
 #include "platform/GraphicsContext.h"
+#include "platform/QuadraticRoots.h"
 #include "platform/VLException.h"
 
 #include <algorithm>
@@ -38,35 +39,13 @@ double cubicAt(double a, double b, double c, double d, double t)
     return u * u * u * a + 3 * u * u * t * b + 3 * u * t * t * c + t * t * t * d;
 }
 
-// Parameters in (0, 1) where one coordinate of a cubic has a zero derivative.
-int cubicExtrema(double a, double b, double c, double d, double out[2])
-{
-    double qa = -a + 3 * b - 3 * c + d;
-    double qb = 2 * (a - 2 * b + c);
-    double qc = b - a;
-    int n = 0;
-    auto keep = [&](double t) {
-        if (t > 0.0 && t < 1.0) out[n++] = t;
-    };
-    if (std::fabs(qa) < 1e-12) {
-        if (std::fabs(qb) > 1e-12) keep(-qc / qb);
-        return n;
-    }
-    double disc = qb * qb - 4 * qa * qc;
-    if (disc < 0) return 0;
-    double root = std::sqrt(disc);
-    keep((-qb + root) / (2 * qa));
-    keep((-qb - root) / (2 * qa));
-    return n;
-}
-
 void addCurve(Extent& extent, Point p0, Point c1, Point c2, Point p3)
 {
     extent.add(p3);
     double ts[2];
-    for (int i = 0, n = cubicExtrema(p0.x, c1.x, c2.x, p3.x, ts); i < n; ++i)
+    for (int i = 0, n = VLCubicExtremaTimes(p0.x, c1.x, c2.x, p3.x, 0.0, 1.0, ts); i < n; ++i)
         extent.add({cubicAt(p0.x, c1.x, c2.x, p3.x, ts[i]), cubicAt(p0.y, c1.y, c2.y, p3.y, ts[i])});
-    for (int i = 0, n = cubicExtrema(p0.y, c1.y, c2.y, p3.y, ts); i < n; ++i)
+    for (int i = 0, n = VLCubicExtremaTimes(p0.y, c1.y, c2.y, p3.y, 0.0, 1.0, ts); i < n; ++i)
         extent.add({cubicAt(p0.x, c1.x, c2.x, p3.x, ts[i]), cubicAt(p0.y, c1.y, c2.y, p3.y, ts[i])});
 }
 

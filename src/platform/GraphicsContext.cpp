@@ -84,6 +84,13 @@ void GraphicsContext::concatTransform(const AffineTransform& transform)
     cairo_transform(_cairo, &matrix);
 }
 
+AffineTransform GraphicsContext::userToDeviceTransform() const
+{
+    cairo_matrix_t m;
+    cairo_get_matrix(_cairo, &m);
+    return AffineTransform({m.xx, m.yx, m.xy, m.yy, m.x0, m.y0});
+}
+
 void GraphicsContext::fillPath(const BezierPath& path)
 {
     if (_collapsed || path.isEmpty() || !isFinite(path)) return;

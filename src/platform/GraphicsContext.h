@@ -42,6 +42,8 @@ public:
 
     void setFillColor(const Color& color);
     void concatTransform(const AffineTransform& transform);
+    // From the current user space to pixels, rows counted from the top.
+    AffineTransform userToDeviceTransform() const;
     void fillPath(const BezierPath& path);
 
     // Premultiplied RGBA of one pixel, counted from the bottom-left corner.

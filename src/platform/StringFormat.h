@@ -3,8 +3,8 @@
 #include <cstdarg>
 #include <string>
 
-// printf-style formatting into a std::string; the design's "%@" arguments are passed as "%s"
-// with the object's description.
+// printf-style formatting into a std::string. An object that the platform's formats take as "%@"
+// is passed as "%s" with its description.
 std::string stringWithFormat(const char* format, ...) __attribute__((format(printf, 1, 2)));
 
 // The same over an argument list, for functions that take a format themselves.

@@ -1,5 +1,5 @@
+#include "geometry/VLDecomposeMatrix.h"
 #include "outline/VLBackgroundImage.h"
-#include "outline/VLDecomposeMatrix.h"
 #include "reader/VLPlistNumbers.h"
 #include "reader/VLPlistRecordReading.h"
 #include "reader/VLPlistRecords.h"

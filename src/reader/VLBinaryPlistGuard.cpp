@@ -15,7 +15,7 @@ constexpr size_t trailerSize = 32;
 // What libplist spends on one node, roughly, and what a request may let it spend in all.
 constexpr uint64_t nodeBytes = 96;
 constexpr uint64_t fixedBudget = uint64_t{1} << 20;
-constexpr uint64_t budgetPerFileByte = 64;
+constexpr uint64_t budgetPerFileByte = 48;
 
 enum : uint8_t { TypeData = 0x4, TypeASCII = 0x5, TypeUTF16 = 0x6, TypeArray = 0xA, TypeDictionary = 0xD };
 

@@ -1,5 +1,5 @@
+#include "geometry/VLDecomposeMatrix.h"
 #include "outline/VLComponent.h"
-#include "outline/VLDecomposeMatrix.h"
 #include "reader/VLPlistCompact.h"
 #include "reader/VLPlistLexical.h"
 #include "reader/VLPlistRecordReading.h"

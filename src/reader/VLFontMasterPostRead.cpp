@@ -49,8 +49,8 @@ bool VLFontMaster::postRead_format(VLError*, uint8_t format)
     }
     for (const auto& parameter : customParameters()) parameter->postRead(format);
     if (format == 1) _readMetric_withFilter_fromBuffer(VLMetric::TypeItalicAngle, std::nullopt, "italic angle");
-    if (_readBuffer && _font) {
-        const Value buffer(*_readBuffer);
+    if (readBuffer() && _font) {
+        const Value buffer(*readBuffer());
         ensureStems(*_font, buffer["HStemValues"], true);
         ensureStems(*_font, buffer["VStemValues"], false);
     }

@@ -1,10 +1,11 @@
 #include "model/VLFont.h"
 #include "platform/Log.h"
+#include "reader/VLDocumentFile.h"
 #include "reader/VLPlistParseInfo.h"
 #include "reader/VLPropertyListFile.h"
 
-#include <cstdio>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace {
 
@@ -20,12 +21,22 @@ bool isDirectory(const std::string& path, bool& exists)
 // The first byte of a file that holds at least sniffLength bytes; -1 otherwise.
 int sniffFirstByte(const std::string& path)
 {
-    FILE* file = std::fopen(path.c_str(), "rb");
-    if (!file) return -1;
+    struct stat status;
+    int fd = openDocumentFile(path, status);
+    if (fd < 0) return -1;
     unsigned char bytes[sniffLength];
-    size_t read = std::fread(bytes, 1, sniffLength, file);
-    std::fclose(file);
-    return read == sniffLength ? bytes[0] : -1;
+    ssize_t read = ::read(fd, bytes, sniffLength);
+    close(fd);
+    return read == static_cast<ssize_t>(sniffLength) ? bytes[0] : -1;
+}
+
+// A package's own files; a link that leads out of the folder is not followed.
+std::string packageFile(const std::string& folder, const char* name)
+{
+    std::string path = folder + "/" + name;
+    if (isInsideFolder(path, folder)) return path;
+    VLLog("Not reading " + path + ": it leads out of the package");
+    return std::string();
 }
 
 } // namespace
@@ -38,7 +49,7 @@ std::shared_ptr<VLFont> VLFont::initWithURL_error(const std::string& path, VLErr
         VLLog("No file at path: " + path);
         return nullptr;
     }
-    int first = sniffFirstByte(folder ? path + "/fontinfo.plist" : path);
+    int first = sniffFirstByte(folder ? packageFile(path, "fontinfo.plist") : path);
     if (first < 0) return nullptr;
     if (first != '{') return folder ? nullptr : initWithPropertyListAtPath_error(path, error);
     auto font = initWithVelmorFileAtPath_error(path, error);
@@ -59,8 +70,10 @@ std::shared_ptr<VLFont> VLFont::initWithVelmorFileAtPath_error(const std::string
     font->setTempData_forKey(Value(path), "filePath");
 
     bool exists = false;
-    std::string file = isDirectory(path, exists) ? path + "/fontinfo.plist" : path;
-    VLPlistParseInfo* info = &font->_pInfo;
+    bool folder = isDirectory(path, exists);
+    std::string file = folder ? packageFile(path, "fontinfo.plist") : path;
+    font->_pInfo = std::make_shared<VLPlistParseInfo>();
+    VLPlistParseInfo* info = font->_pInfo.get();
     if (!openPlistParseInfo(file.c_str(), info)) {
         if (info->error) handOut(error, *info->error);
         return nullptr;
@@ -70,19 +83,21 @@ std::shared_ptr<VLFont> VLFont::initWithVelmorFileAtPath_error(const std::string
         if (info->error) handOut(error, *info->error);
         return nullptr;
     }
-    if (file != path && !font->readPackageGlyphs(path, error)) return nullptr;
+    if (folder && !font->readPackageGlyphs(path, error)) return nullptr;
     return font;
 }
 
 // The glyph order comes from "order.plist"; the glyphs themselves from one file each.
 bool VLFont::readPackageGlyphs(const std::string& folder, VLError* error)
 {
-    auto order = readPropertyListFile(folder + "/order.plist");
+    std::string orderFile = packageFile(folder, "order.plist");
+    auto order = orderFile.empty() ? std::nullopt : readPropertyListFile(orderFile);
     if (!order || !order->isArray() || order->count() == 0) return false;
     std::vector<std::string> names;
     for (const Value& name : order->array()) names.push_back(name.isString() ? name.string() : name.description());
     setGlyphFiles(std::move(names));
-    return readGlyphFiles_format_error(folder + "/glyphs", _formatVersion, error);
+    std::string glyphFolder = packageFile(folder, "glyphs");
+    return !glyphFolder.empty() && readGlyphFiles_format_error(glyphFolder, _formatVersion, error);
 }
 
 std::shared_ptr<VLFont> VLFont::initWithPropertyListAtPath_error(const std::string& path, VLError* error)

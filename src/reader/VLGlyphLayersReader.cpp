@@ -7,8 +7,10 @@ bool VLGlyph::readLayersFormat(uint8_t format)
 {
     if (!_fileStart) return true;
     // The text of a glyph of a text document belongs to the font, which must still be there.
-    if (_pInfo != &_pInfoStore && !parent()) return false;
+    auto font = parent();
+    if (_pInfo != _pInfoStore.get() && !font) return false;
     VLPlistParseInfo* info = _pInfo;
+    info->recordsLeft = font ? font->outlineRecordsLeft() : nullptr;
     info->curr = _fileStart;
     info->error.reset();
     info->inQuotedString = false;

@@ -1,7 +1,7 @@
 #include "model/VLGlyph.h"
-#include "platform/NumberConversion.h"
 #include "model/VLPartProperty.h"
 #include "model/VLStringHelpers.h"
+#include "platform/NumberConversion.h"
 #include "platform/UUID.h"
 #include "reader/VLPlistLexical.h"
 #include "reader/VLPlistRecordReading.h"
@@ -165,7 +165,7 @@ std::shared_ptr<VLGlyph> VLGlyph::initWithFile_format_error(const std::string& p
         closePlistParseInfo(&info);
         return nullptr;
     }
-    glyph->_pInfoStore = info;
-    glyph->_pInfo = &glyph->_pInfoStore;
+    glyph->_pInfoStore = std::make_shared<VLPlistParseInfo>(std::move(info));
+    glyph->_pInfo = glyph->_pInfoStore.get();
     return glyph;
 }

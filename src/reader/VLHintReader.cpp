@@ -23,12 +23,12 @@ bool readTarget(VLHint& hint, VLPlistParseInfo* info, uint8_t format)
     if (*info->curr == '"') ++info->curr;
     size_t left = static_cast<size_t>(info->end - info->curr);
     if (left >= 2 && std::memcmp(info->curr, "do", 2) == 0) {
-        hint.setType(-1);
+        hint.setType(VLHintType::TopGhost);
         stepPlistBlindly(info, 4);
         return true;
     }
     if (left >= 2 && std::memcmp(info->curr, "up", 2) == 0) {
-        hint.setType(1);
+        hint.setType(VLHintType::BottomGhost);
         stepPlistBlindly(info, 2);
         return true;
     }

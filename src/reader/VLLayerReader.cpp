@@ -35,6 +35,11 @@ public:
     {
         auto shapes = readPlistObjects<K>(info, format);
         if (!shapes) return false;
+        _count += shapes->size();
+        if (_count > VLLayerMaximumShapes) {
+            reportPlistError(info, "Too many entries: %s", K::className);
+            return false;
+        }
         auto& list = atFront ? _fronts.emplace_back() : _back;
         list.insert(list.end(), shapes->begin(), shapes->end());
         return true;
@@ -54,6 +59,7 @@ public:
 private:
     std::vector<VLLayer::Shapes> _fronts;
     VLLayer::Shapes _back;
+    size_t _count = 0;
 };
 
 bool readAnchors(VLLayer& layer, VLPlistParseInfo* info, uint8_t format)

@@ -52,19 +52,19 @@ bool VLNode::readLineWithVelmorParser(VLPlistParseInfo* info)
         case ',':
         case ';': return true;
         case '"': ++info->curr; return true;
-        case 'L': _type = LINE, stepPlistBlindly(info, 4); continue;
-        case 'C': _type = CURVE, stepPlistBlindly(info, 5); continue;
-        case 'H': _type = HOBBY, stepPlistBlindly(info, 5); continue;
-        case 'Q': _type = QCURVE, stepPlistBlindly(info, 6); continue;
-        case 'O': _type = OFFCURVE, stepPlistBlindly(info, 8); continue;
+        case 'L': _type = VLNodeType::LINE, stepPlistBlindly(info, 4); continue;
+        case 'C': _type = VLNodeType::CURVE, stepPlistBlindly(info, 5); continue;
+        case 'H': _type = VLNodeType::HOBBY, stepPlistBlindly(info, 5); continue;
+        case 'Q': _type = VLNodeType::QCURVE, stepPlistBlindly(info, 6); continue;
+        case 'O': _type = VLNodeType::OFFCURVE, stepPlistBlindly(info, 8); continue;
         case 'S': _connection = SMOOTH, stepPlistBlindly(info, 6); continue;
-        case 'l': _type = LINE, ++info->curr; continue;
-        case 'c': _type = CURVE, ++info->curr; continue;
-        case 'h': _type = HOBBY, ++info->curr; continue;
-        case 'q': _type = QCURVE, ++info->curr; continue;
-        case 'o': _type = OFFCURVE, ++info->curr; continue;
+        case 'l': _type = VLNodeType::LINE, ++info->curr; continue;
+        case 'c': _type = VLNodeType::CURVE, ++info->curr; continue;
+        case 'h': _type = VLNodeType::HOBBY, ++info->curr; continue;
+        case 'q': _type = VLNodeType::QCURVE, ++info->curr; continue;
+        case 'o': _type = VLNodeType::OFFCURVE, ++info->curr; continue;
         case 's': _connection = SMOOTH, ++info->curr; continue;
-        case 'n': _type = LINE, stepPlistBlindly(info, 3); continue;
+        case 'n': _type = VLNodeType::LINE, stepPlistBlindly(info, 3); continue;
         case '{': {
             info->inQuotedString = true;
             bool moved = readNodeUserData(*this, info);
@@ -94,11 +94,11 @@ bool VLNode::readListWithVelmorParser_format(VLPlistParseInfo* info, uint8_t)
         case ')': ++info->curr; return true;
         case 0:
         case ';': return true;
-        case 'c': _type = CURVE, ++info->curr; continue;
-        case 'h': _type = HOBBY, ++info->curr; continue;
-        case 'l': _type = LINE, ++info->curr; continue;
-        case 'o': _type = OFFCURVE, ++info->curr; continue;
-        case 'q': _type = QCURVE, ++info->curr; continue;
+        case 'c': _type = VLNodeType::CURVE, ++info->curr; continue;
+        case 'h': _type = VLNodeType::HOBBY, ++info->curr; continue;
+        case 'l': _type = VLNodeType::LINE, ++info->curr; continue;
+        case 'o': _type = VLNodeType::OFFCURVE, ++info->curr; continue;
+        case 'q': _type = VLNodeType::QCURVE, ++info->curr; continue;
         case 's':
         case 'S': _connection = SMOOTH, ++info->curr; continue;
         case 't': _connection = SMOOTH_OTHER, ++info->curr; continue;

@@ -1,6 +1,10 @@
+#include "model/VLChildren.h"
 #include "model/VLFont.h"
 #include "model/VLGlyph.h"
 #include "platform/ParallelFor.h"
+#include "platform/VLError.h"
+#include "reader/VLDocumentFile.h"
+#include "reader/VLPlistParseInfo.h"
 
 #include <algorithm>
 #include <dirent.h>
@@ -9,17 +13,23 @@
 
 namespace {
 
-std::vector<std::string> folderContents(const std::string& folder)
+struct FolderEntry {
+    std::string name;
+    // A link, or an entry of a file system that doesn't say what it is.
+    bool mayBeLink;
+};
+
+std::vector<FolderEntry> folderContents(const std::string& folder)
 {
-    std::vector<std::string> names;
+    std::vector<FolderEntry> entries;
     DIR* dir = opendir(folder.c_str());
-    if (!dir) return names;
+    if (!dir) return entries;
     while (dirent* entry = readdir(dir)) {
         std::string name = entry->d_name;
-        if (name != "." && name != "..") names.push_back(name);
+        if (name != "." && name != "..") entries.push_back({name, entry->d_type == DT_LNK || entry->d_type == DT_UNKNOWN});
     }
     closedir(dir);
-    return names;
+    return entries;
 }
 
 bool hasGlyphExtension(const std::string& name)
@@ -28,12 +38,19 @@ bool hasGlyphExtension(const std::string& name)
     return name.size() > extension.size() && name.compare(name.size() - extension.size(), extension.size(), extension) == 0;
 }
 
+// A glyph file that is a link out of the glyph folder fails like a file that can't be opened.
+std::shared_ptr<VLGlyph> refuseLinkOut(const std::string& name, VLError* error)
+{
+    handOut(error, makePlistFileError(VLPlistFileErrorCode, "Link out of the glyph folder: %s", name.c_str()));
+    return nullptr;
+}
+
 } // namespace
 
 bool VLFont::readGlyphFiles_format_error(const std::string& folder, uint8_t format, VLError* error)
 {
-    std::vector<std::string> names = folderContents(folder);
-    if (names.empty()) {
+    std::vector<FolderEntry> entries = folderContents(folder);
+    if (entries.empty()) {
         handOut(error, VLError::errorWithDomain_code_userInfo("VLVelmorDomain", 1,
                                                               {{VLError::localizedDescriptionKey, "No Glyphs found!"}}));
         return false;
@@ -41,18 +58,21 @@ bool VLFont::readGlyphFiles_format_error(const std::string& folder, uint8_t form
     std::mutex lock;
     std::optional<VLError> failure;
     auto self = shared_from_this();
-    ParallelFor(names.size(), [&](size_t i, bool& stop) {
-        if (!hasGlyphExtension(names[i])) return;
+    ParallelFor(entries.size(), [&](size_t i, bool& stop) {
+        const FolderEntry& entry = entries[i];
+        if (!hasGlyphExtension(entry.name)) return;
+        std::string path = folder + "/" + entry.name;
         VLError glyphError;
-        auto glyph = VLGlyph::initWithFile_format_error(folder + "/" + names[i], format, &glyphError);
+        auto glyph = entry.mayBeLink && !isInsideFolder(path, folder)
+                         ? refuseLinkOut(entry.name, &glyphError)
+                         : VLGlyph::initWithFile_format_error(path, format, &glyphError);
         std::lock_guard guard(lock);
         if (!glyph) {
             if (!glyphError.domain.empty()) failure = glyphError;
             stop = true;
             return;
         }
-        glyph->setParent(self);
-        _glyphs.push_back(std::move(glyph));
+        VLAddChild(_glyphs, std::move(glyph), self);
     });
     if (failure) {
         handOut(error, *failure);

@@ -48,6 +48,7 @@ bool VLPath::parseVelmorLine_format(VLPlistParseInfo* info, uint8_t format)
             reportPlistError(info, "Too many entries: %s", VLNode::className);
             return false;
         }
+        if (!takePlistRecord(info, VLNode::className)) return false;
         const uint8_t* before = info->curr;
         if (auto node = VLNode::initWithVelmorParser_format(info, format)) nodes.push_back(std::move(node));
         if (*info->curr == ';') ++info->curr;

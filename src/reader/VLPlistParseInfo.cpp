@@ -1,11 +1,11 @@
 #include "reader/VLPlistParseInfo.h"
 
 #include "platform/StringFormat.h"
+#include "reader/VLDocumentFile.h"
 
 #include <cerrno>
 #include <cstdarg>
 #include <cstring>
-#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -50,25 +50,20 @@ bool start(VLPlistParseInfo* info, VLPlistMapping mapping, size_t length)
 bool openPlistParseInfo(const char* path, VLPlistParseInfo* info)
 {
     *info = VLPlistParseInfo{};
-    int fd = open(path, O_RDONLY | O_CLOEXEC);
-    if (fd < 0) return failOpening(info, "Couldn’t open file: %s (%s)", path);
     struct stat status;
-    if (fstat(fd, &status) != 0) {
-        failOpening(info, "Couldn’t get file size: %s (%s)", path);
-        close(fd);
-        return false;
-    }
+    int fd = openDocumentFile(path, status);
+    if (fd < 0) return failOpening(info, "Couldn’t open file: %s (%s)", path);
     size_t size = static_cast<size_t>(status.st_size);
     if (size < 3) {
         close(fd);
         info->error = makePlistFileError(VLPlistFileErrorCode, "File is too small: %s", lastPathComponent(path).c_str());
         return false;
     }
-    VLPlistMapping mapping = mapPlistFile(fd, size);
-    // A folder opens and has a size but cannot be mapped; it reads as a file that cannot be opened.
-    if (!mapping) failOpening(info, "Couldn’t open file: %s (%s)", path);
+    size_t length = 0;
+    VLPlistMapping mapping = readPlistFile(fd, size, length);
+    if (!mapping) failOpening(info, "Couldn’t read file: %s (%s)", path);
     close(fd);
-    return mapping && start(info, std::move(mapping), size);
+    return mapping && start(info, std::move(mapping), length);
 }
 
 bool openPlistParseInfoWithBytes(const void* bytes, size_t length, VLPlistParseInfo* info)

@@ -43,6 +43,9 @@ struct VLPlistParseInfo {
     VLPlistMapping mapping;
     // How many lists and dictionaries the readers stand in, against VLPlistMaximumNesting.
     uint32_t depth = 0;
+    // Records that a request may still build, shared by every read of its document's outlines;
+    // null for no bound.
+    uint64_t* recordsLeft = nullptr;
 };
 
 // No document nests this deep; hostile text that does must not exhaust the stack.
@@ -75,6 +78,19 @@ int plistLineNumber(const uint8_t* position, const uint8_t* begin);
 
 // Sets `info->error` to a syntax error (code 3840) that says on which line `curr` stands.
 void reportPlistError(VLPlistParseInfo* info, const char* format, ...) __attribute__((format(printf, 2, 3)));
+// Takes one record from info->recordsLeft; false, with "Too many entries" for `className`
+// reported, when none is left.
+inline bool takePlistRecord(VLPlistParseInfo* info, const char* className)
+{
+    if (!info->recordsLeft) return true;
+    if (*info->recordsLeft == 0) [[unlikely]] {
+        reportPlistError(info, "Too many entries: %s", className);
+        return false;
+    }
+    --*info->recordsLeft;
+    return true;
+}
+
 // An error of the text format's domain with the message as its recovery suggestion.
 VLError makePlistFileError(long code, const char* format, ...) __attribute__((format(printf, 2, 3)));
 

@@ -112,6 +112,7 @@ std::optional<std::vector<std::shared_ptr<K>>> readPlistObjects(VLPlistParseInfo
             reportPlistError(info, "Too many entries: %s", K::className);
             return std::nullopt;
         }
+        if (!takePlistRecord(info, K::className)) return std::nullopt;
         auto record = readPlistObject<K>(info, format, container);
         if (!record) {
             if (!info->error) reportPlistError(info, "reading: %s", K::className);

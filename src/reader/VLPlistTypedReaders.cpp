@@ -1,6 +1,6 @@
 #include "reader/VLPlistTypedReaders.h"
 
-#include "model/VLUnsetValue.h"
+#include "platform/VLUnsetValue.h"
 #include "reader/VLPlistLexical.h"
 #include "reader/VLPlistNumbers.h"
 #include "reader/VLPlistParser.h"

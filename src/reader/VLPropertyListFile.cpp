@@ -1,16 +1,18 @@
 #include "reader/VLPropertyListFile.h"
 
 #include "reader/VLBinaryPlistGuard.h"
+#include "reader/VLDocumentFile.h"
 #include "reader/VLPlistLexical.h"
 #include "reader/VLPlistParser.h"
+#include "reader/VLXMLPlistGuard.h"
 
 #include <plist/plist.h>
 
+#include <cerrno>
 #include <cstdlib>
-#include <fstream>
-#include <iterator>
 #include <limits>
 #include <memory>
+#include <unistd.h>
 
 namespace {
 
@@ -25,14 +27,21 @@ std::string takeString(char* text)
 
 std::optional<Value> convert(plist_t node, int depth);
 
+// libplist finds an array's item by index from the start of the array, so the items are visited
+// with its iterator.
 std::optional<Value> convertArray(plist_t node, int depth)
 {
     ValueArray items;
-    uint32_t count = plist_array_get_size(node);
-    for (uint32_t i = 0; i < count; ++i) {
-        auto item = convert(plist_array_get_item(node, i), depth + 1);
-        if (!item) return std::nullopt;
-        items.push_back(std::move(*item));
+    plist_array_iter iter = nullptr;
+    plist_array_new_iter(node, &iter);
+    std::unique_ptr<void, decltype(&std::free)> held(iter, &std::free);
+    while (true) {
+        plist_t item = nullptr;
+        plist_array_next_item(node, iter, &item);
+        if (!item) break;
+        auto value = convert(item, depth + 1);
+        if (!value) return std::nullopt;
+        items.push_back(std::move(*value));
     }
     return Value(std::move(items));
 }
@@ -115,15 +124,30 @@ bool looksLikeText(const std::string& bytes)
 
 std::optional<std::string> readFileBytes(const std::string& path)
 {
-    std::ifstream file(path, std::ios::binary);
-    if (!file) return std::nullopt;
-    return std::string(std::istreambuf_iterator<char>(file), {});
+    struct stat status;
+    int fd = openDocumentFile(path, status);
+    if (fd < 0) return std::nullopt;
+    std::string bytes;
+    if (static_cast<uint64_t>(status.st_size) <= VLPropertyListLargestFile) {
+        bytes.resize(static_cast<size_t>(status.st_size));
+        size_t length = 0;
+        while (length < bytes.size()) {
+            ssize_t n = read(fd, bytes.data() + length, bytes.size() - length);
+            if (n < 0 && errno == EINTR) continue;
+            if (n <= 0) break;
+            length += static_cast<size_t>(n);
+        }
+        bytes.resize(length);
+    }
+    close(fd);
+    if (bytes.empty()) return std::nullopt;
+    return bytes;
 }
 
 std::optional<Value> parseBinaryOrXMLPropertyList(const std::string& bytes)
 {
-    if (bytes.empty() || bytes.size() > std::numeric_limits<uint32_t>::max() || !binaryPlistIsSafe(bytes))
-        return std::nullopt;
+    if (bytes.empty() || bytes.size() > std::numeric_limits<uint32_t>::max()) return std::nullopt;
+    if (!(bytes.starts_with("bplist") ? binaryPlistIsSafe(bytes) : xmlPlistIsSafe(bytes))) return std::nullopt;
     plist_t root = nullptr;
     plist_from_memory(bytes.data(), static_cast<uint32_t>(bytes.size()), &root);
     PlistHandle handle(root, plist_free);

@@ -1,5 +1,5 @@
+#include "geometry/VLDecomposeMatrix.h"
 #include "outline/VLComponent.h"
-#include "outline/VLDecomposeMatrix.h"
 #include "outline/VLNode.h"
 #include "outline/VLPath.h"
 #include "reader/VLPlistLexical.h"

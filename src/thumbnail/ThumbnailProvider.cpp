@@ -4,9 +4,11 @@
 #include "platform/AffineTransform.h"
 #include "platform/Log.h"
 #include "platform/VLException.h"
+#include "reader/VLMappedFileGuard.h"
 #include "thumbnail/VLFontLoader.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace {
 
@@ -42,13 +44,21 @@ void ThumbnailProvider::provideThumbnailForFileRequest_completionHandler(const T
 std::shared_ptr<ThumbnailReply> ThumbnailProvider::replyForRequest(const ThumbnailRequest& request,
                                                                    std::optional<VLError>& error) const
 {
+    // A document cut while it is read shows zeros where its end was; it is not to be drawn.
+    uint64_t cuts = countOfCutMappedFiles();
     auto loader = std::make_shared<VLFontLoader>();
     if (!loader->importFontFromURL(request.fileURL()) || loader->font()->countOfGlyphs() == 0) {
         error = replyError(errorCodeUnreadable);
         return nullptr;
     }
     Size canvas = loader->layoutThumbnail();
-    if (canvas.width <= VLFontLoader::narrowestAcceptedCanvas) {
+    if (countOfCutMappedFiles() != cuts) {
+        VLLog("The document changed while it was read: " + request.fileURL());
+        error = replyError(errorCodeUnreadable);
+        return nullptr;
+    }
+    if (!(canvas.width > VLFontLoader::narrowestAcceptedCanvas) || !std::isfinite(canvas.width) ||
+        !std::isfinite(canvas.height)) {
         error = replyError(errorCodeNothingToShow);
         return nullptr;
     }

@@ -7,6 +7,7 @@
 #include "model/VLLayer.h"
 #include "platform/BezierPath.h"
 #include "platform/Color.h"
+#include "platform/GraphicsContext.h"
 #include "platform/Log.h"
 #include "platform/VLError.h"
 #include "platform/VLException.h"
@@ -24,6 +25,7 @@ bool VLFontLoader::importFontFromURL(const std::string& path)
             return false;
         }
         _font = std::move(font);
+        _font->setOutlineRecordsLeft(maximumOutlineRecords);
         return true;
     } catch (const VLException& exception) {
         VLLog("Error while reading the document: " + path + " \n(" + exception.reason() + ")");
@@ -84,23 +86,24 @@ double VLFontLoader::baselineOffset() const
 bool VLFontLoader::fillTranslated(BezierPath* path, double x, double y)
 {
     if (!path) return false;
-    long elements = path->elementCount();
-    if (elements > maximumFilledElements) {
-        VLLog("Left out an outline of " + std::to_string(elements) + " elements");
-        return false;
-    }
-    if (elements > _elementsLeft) return false;
-    _elementsLeft -= elements;
     AffineTransform move;
     move.translateXBy_yBy(x, y);
     path->transformUsingAffineTransform(move);
+    GraphicsContext* context = GraphicsContext::current();
+    double cost = context ? fillCost(*path, context->userToDeviceTransform()) : 0.0;
+    if (!(cost <= maximumFillCost)) {
+        VLLog("Left out an outline of " + std::to_string(path->elementCount()) + " elements, too costly to fill");
+        return false;
+    }
+    if (cost > _fillCostLeft) return false;
+    _fillCostLeft -= cost;
     path->fill();
-    return elements >= drawnSomethingElements;
+    return path->elementCount() >= drawnSomethingElements;
 }
 
 bool VLFontLoader::drawThumbnail()
 {
-    _elementsLeft = maximumElementsPerThumbnail;
+    _fillCostLeft = maximumFillCostPerThumbnail;
     bool drawn = drawSolidShapes();
     if (_font->fontMasters().size() < 2) return drawn;
     return drawMasterOverlay() || drawn;

@@ -2,10 +2,12 @@
 
 #include "platform/Geometry.h"
 
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <vector>
 
+class AffineTransform;
 class BezierPath;
 class VLFont;
 class VLGlyph;
@@ -19,11 +21,20 @@ public:
     static constexpr double narrowestAcceptedCanvas = 200.0;
     static constexpr size_t minimumSamples = 2;
     static constexpr long drawnSomethingElements = 3;
-    // The rasterizer's time grows with the square of the edges that cross a row, so a hostile
-    // outline of many crossing edges could hold a request for minutes. No real glyph comes near
-    // these: a longer outline is left out, and so is every fill once a request has spent its share.
-    static constexpr long maximumFilledElements = 20000;
-    static constexpr long maximumElementsPerThumbnail = 200000;
+    // The rasterizer's time follows the edges of an outline once it is flattened into lines,
+    // each times the rows of pixels it crosses, and grows faster than that when many edges cross
+    // one row. A hostile outline of curves running between the bottom and the top of a glyph
+    // holds a request for seconds within a few thousand elements. No real glyph comes near these
+    // costs at any size: a costlier outline is left out, and so is every fill once a request has
+    // spent its share.
+    // Each record read from outlines (a node, a path, a component...) costs a few hundred bytes
+    // by the time it is drawn; a request builds no more than this many, whatever the document.
+    static constexpr uint64_t maximumOutlineRecords = 250000;
+    static constexpr double maximumFillCost = 1 << 21;
+    static constexpr double maximumFillCostPerThumbnail = 1 << 23;
+    // The cost of filling `path` drawn through `toDevice`: the rows crossed by each edge of the
+    // path flattened the way cairo flattens it, estimated without flattening.
+    static double fillCost(const BezierPath& path, const AffineTransform& toDevice);
 
     // Reads the document into font; false (with a log line) when it can't be read.
     bool importFontFromURL(const std::string& path);
@@ -48,5 +59,5 @@ private:
     std::vector<std::string> _sampleText;
     std::vector<std::shared_ptr<VLGlyph>> _cachedGlyphs;
     Size _canvasSize;
-    long _elementsLeft = 0;
+    double _fillCostLeft = 0;
 };

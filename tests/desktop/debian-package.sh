@@ -43,10 +43,12 @@ case $depends in *" shared-mime-info "*) ;; *) fail "shared-mime-info is not amo
 dpkg -x "$deb" "$tmp/root"
 command=$tmp/root/usr/bin/velmor-thumbnailer
 for library in $(objdump -p "$command" | awk '$1 == "NEEDED" {print $2}'); do
-  path=$(ldconfig -p | awk -v l="$library" '$1 == l {print $NF; exit}')
+  # The filters read their whole input: one that stopped early would end the writer with SIGPIPE,
+  # which pipefail and set -e turn into a silent exit whenever the writer is slower than the filter.
+  path=$(ldconfig -p | awk -v l="$library" '$1 == l && !found {print $NF; found = 1}')
   [ -n "$path" ] || fail "$library is not on this machine"
-  owner=$(dpkg -S "$(readlink -f "$path")" 2>/dev/null | head -n 1 | cut -d: -f1) ||
-    owner=$(dpkg -S "$path" | head -n 1 | cut -d: -f1)
+  owner=$(dpkg -S "$(readlink -f "$path")" 2>/dev/null | sed -n '1s/:.*//p') ||
+    owner=$(dpkg -S "$path" 2>&1 | sed -n '1s/:.*//p') || fail "no package holds $path: $owner"
   case $depends in *" $owner "*) ;; *) fail "$library comes from $owner, which is not among the dependencies: $depends" ;; esac
 done
 

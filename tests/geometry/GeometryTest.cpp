@@ -78,18 +78,8 @@ TEST(Geometry, NearestPointsOnSegmentsAndLines)
     EXPECT_EQ(VLDistanceF({0, 0}, {0.1, 0}), std::sqrt(static_cast<float>(0.1 * 0.1)));
 }
 
-TEST(Geometry, QuadraticRootsAndLineCrossings)
+TEST(Geometry, LineCrossings)
 {
-    double r1, r2;
-    VLSolveQuadratic(1, -3, 2, r1, r2);
-    EXPECT_DOUBLE_EQ(std::max(r1, r2), 2);
-    EXPECT_DOUBLE_EQ(std::min(r1, r2), 1);
-    VLSolveQuadratic(1e-13, 2, -4, r1, r2);
-    EXPECT_DOUBLE_EQ(r1, 2);
-    EXPECT_EQ(r2, VLUnsetValue);
-    VLSolveQuadratic(1, 0, 1, r1, r2);
-    EXPECT_EQ(r1, VLUnsetValue);
-
     Point x = VLLineIntersection({0, 0}, {10, 10}, {0, 10}, {10, 0});
     EXPECT_DOUBLE_EQ(x.x, 5);
     EXPECT_DOUBLE_EQ(x.y, 5);

@@ -3,9 +3,9 @@
 #include "model/VLIndexPath.h"
 #include "model/VLOrderedDictionary.h"
 #include "model/VLTransformHelpers.h"
-#include "model/VLUnsetValue.h"
 #include "model/VLValueHelpers.h"
 #include "platform/VLException.h"
+#include "platform/VLUnsetValue.h"
 
 #include <gtest/gtest.h>
 

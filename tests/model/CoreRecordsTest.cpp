@@ -2,8 +2,8 @@
 #include "model/VLFontMaster.h"
 #include "model/VLGlyph.h"
 #include "model/VLLayer.h"
-#include "model/VLUnsetValue.h"
 #include "platform/VLException.h"
+#include "platform/VLUnsetValue.h"
 #include "support/TestShapes.h"
 
 #include <gtest/gtest.h>
@@ -90,7 +90,7 @@ TEST(CoreRecords, RenamesFollowTheNameIndexUnlessNiceNamesAreDisabled)
 
     font->setDisablesNiceNames(true);
     glyph->setName("c");
-    EXPECT_EQ(font->glyphForName("c"), nullptr) << "the index stays stale by design";
+    EXPECT_EQ(font->glyphForName("c"), nullptr) << "the index stays stale on purpose";
     EXPECT_EQ(font->glyphForName("b"), glyph);
 }
 

@@ -2,10 +2,9 @@
 #include "model/VLFontMaster.h"
 #include "model/VLGlyph.h"
 #include "model/VLLayer.h"
-#include "model/VLUnsetValue.h"
 #include "outline/VLAnchor.h"
 #include "platform/BezierPath.h"
-#include "platform/VLException.h"
+#include "platform/VLUnsetValue.h"
 #include "support/TestShapes.h"
 
 #include <gtest/gtest.h>
@@ -25,7 +24,7 @@ struct LayerInFont {
     }
 };
 
-std::shared_ptr<TestShape> shape(uint16_t type)
+std::shared_ptr<TestShape> shape(VLShapeType type)
 {
     return std::make_shared<TestShape>(type);
 }
@@ -76,9 +75,9 @@ TEST(Layer, WidthChangeFlushesTheOutlineCaches)
 TEST(Layer, ShapesGetTheirParentAndCountsAreCached)
 {
     LayerInFont f;
-    auto path = shape(VLShape::VLShapeTypePath);
-    auto component = shape(VLShape::VLShapeTypeComponent);
-    f.layer->addShapes({path, component, shape(VLShape::VLShapeTypePath)});
+    auto path = shape(VLShapeType::Path);
+    auto component = shape(VLShapeType::Component);
+    f.layer->addShapes({path, component, shape(VLShapeType::Path)});
     f.layer->addShapeFast(nullptr);
     EXPECT_EQ(f.layer->countOfShapes(), 3u);
     EXPECT_EQ(path->layer(), f.layer);
@@ -142,7 +141,7 @@ TEST(Layer, CopiesKeepKindAnchorsAndPartsAndThinOnesLeaveTheFreeColour)
 {
     LayerInFont f;
     f.layer->setColor(Color::colorWithCalibratedWhite_alpha(0.2, 1));
-    f.layer->addShapeFast(shape(VLShape::VLShapeTypePath));
+    f.layer->addShapeFast(shape(VLShapeType::Path));
     f.layer->setWidth(432);
     f.layer->setAttribute_forKey(Value(ValueArray{Value(int64_t{400})}), "coordinates");
     auto top = VLAnchor::init();
@@ -179,7 +178,7 @@ TEST(Layer, CopiesKeepKindAnchorsAndPartsAndThinOnesLeaveTheFreeColour)
 
 TEST(Shape, CoordinatesBeyondTheGuardBecome21)
 {
-    TestShape s(VLShape::VLShapeTypePath);
+    TestShape s(VLShapeType::Path);
     s.setPositionFast({32000.5, 10});
     EXPECT_EQ(s.position(), (Point{21, 10}));
     s.setPositionFast({32000, -40000});
@@ -189,7 +188,7 @@ TEST(Shape, CoordinatesBeyondTheGuardBecome21)
 
 TEST(Shape, RoundedPositionsKeepThePreciseValue)
 {
-    TestShape s(VLShape::VLShapeTypePath);
+    TestShape s(VLShapeType::Path);
     s.setPositionFast_round({10.4, 0}, 1);
     EXPECT_EQ(s.position(), (Point{10, 0}));
     EXPECT_EQ(s.positionPrecise(), (Point{10.4, 0}));
@@ -210,7 +209,7 @@ TEST(Shape, OrientationPlacesRelativeToTheLayerWidth)
 {
     LayerInFont f;
     f.layer->setWidth(500);
-    auto s = shape(VLShape::VLShapeTypePath);
+    auto s = shape(VLShapeType::Path);
     f.layer->addShapeFast(s);
     s->setPositionFast({10, 20});
     s->setOrientation(3);
@@ -227,17 +226,23 @@ TEST(Shape, OrientationPlacesRelativeToTheLayerWidth)
     EXPECT_EQ(s->positionPrecise(), (Point{15, 20})) << "a precise value drifted by more than 1.2 is replaced";
 }
 
-TEST(Shape, AbstractOperationsRaise)
+TEST(Shape, ElementsAnswerTheShapeOperationsFromTheirPoint)
 {
-    struct Bare : VLShape {};
-    Bare bare;
-    try {
-        bare.shapeType();
-        FAIL() << "expected VLNotImplemented";
-    } catch (const VLException& e) {
-        EXPECT_EQ(e.name(), "VLNotImplemented");
-        EXPECT_NE(e.reason().find("-[VLShape shapeType]"), std::string::npos);
-    }
-    EXPECT_THROW(bare.copy(), VLException);
-    EXPECT_EQ(bare.bounds(), Rect());
+    TestShape s(VLShapeType::Path);
+    s.setPositionFast_round({10.4, 20}, 1);
+    AffineTransform shift;
+    shift.translateXBy_yBy(5, -5);
+    EXPECT_EQ(s.fastBounds(), (Rect{{10, 20}, {0, 0}}));
+    EXPECT_EQ(s.fastBoundsTransform(&shift), (Rect{{15, 15}, {0, 0}}));
+
+    s.transformFast_round(shift, 1);
+    EXPECT_EQ(s.position(), (Point{15, 15}));
+    EXPECT_EQ(s.positionPrecise(), (Point{15.4, 15})) << "moved from the precise place";
+
+    TestShape other(VLShapeType::Component);
+    other.getPositionsFromShape(s);
+    EXPECT_EQ(other.position(), (Point{15, 15}));
+    EXPECT_EQ(other.positionPrecise(), (Point{15.4, 15}));
+    other.getPositionsFromShape(*rectanglePath(0, 0, 1, 1));
+    EXPECT_EQ(other.position(), (Point{15, 15})) << "a path is no element";
 }

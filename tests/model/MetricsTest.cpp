@@ -4,8 +4,9 @@
 #include "model/VLLayer.h"
 #include "model/VLMetric.h"
 #include "model/VLMetricValue.h"
-#include "model/VLUnsetValue.h"
 #include "platform/Predicate.h"
+#include "platform/VLUnsetValue.h"
+#include "support/PathInFont.h"
 
 #include <gtest/gtest.h>
 
@@ -491,4 +492,23 @@ TEST(Metrics, PointsOnMetricLines)
     EXPECT_EQ(onMetrics(555, smallCap.get()), 2);
     EXPECT_EQ(onMetrics(506, smallCap.get()), -1) << "the plain x-height is secondary for small caps";
     EXPECT_EQ(onMetrics(506, nullptr), 2) << "without a layer nothing is secondary";
+}
+
+TEST(Metrics, GlyphMetricsComeFromTheAssociatedMaster)
+{
+    PathInFont f(0);
+    auto master = f.font->fontMasterAtIndex(0);
+    master->setDefaultAscender(750);
+    master->setDefaultDescender(-250);
+    f.layer->setWidth(432);
+    VLGlyphMetrics metrics = f.layer->glyphMetrics();
+    EXPECT_EQ(metrics.width, 432);
+    EXPECT_EQ(metrics.ascender, 750);
+    EXPECT_EQ(metrics.descender, -250);
+    EXPECT_EQ(metrics.italicAngle, 0);
+
+    f.layer->setVertWidth(900);
+    VLGlyphMetrics vertical = f.layer->glyphMetricsForDirection(4);
+    EXPECT_EQ(vertical.descender, 750 - 900);
+    EXPECT_EQ(vertical.vertWidth, 900);
 }

@@ -1,16 +1,18 @@
+#include "model/VLAxis.h"
 #include "model/VLCustomParameter.h"
 #include "model/VLFont.h"
 #include "model/VLFontMaster.h"
 #include "model/VLGlyph.h"
 #include "model/VLLayer.h"
-#include "model/VLUnsetValue.h"
+#include "outline/VLHint.h"
+#include "platform/VLUnsetValue.h"
 #include "support/TestShapes.h"
 
 #include <gtest/gtest.h>
 
 TEST(ShapeAttributes, ColoursAndNumbersAreNormalised)
 {
-    TestShape shape(VLShape::VLShapeTypePath);
+    TestShape shape(VLShapeType::Path);
     shape.setAttribute_forKey(Value("255,0,0,255"), "fillColor");
     ASSERT_TRUE(shape.attributeForKey("fillColor").isColor());
     EXPECT_EQ(shape.attributeForKey("fillColor").color()->rgba()[0], 1.0);
@@ -116,4 +118,41 @@ TEST(FontCopy, DeepCopiesMastersMetricsAndGlyphs)
     EXPECT_EQ(copy->customValueForKey("note"), Value("x"));
     EXPECT_EQ(copy->glyphForName("A")->id(), "stable");
     EXPECT_EQ(copy->glyphForName("A")->parent(), copy);
+}
+
+TEST(ChildRecords, JoinersGetTheRecordAndLeaversLetGoUnlessTakenSince)
+{
+    auto font = VLFont::init();
+    auto other = VLFont::init();
+    auto left = VLGlyph::initFast(), moved = VLGlyph::initFast(), kept = VLGlyph::initFast();
+    font->setGlyphs({left, moved});
+    other->addGlyphFast(moved);
+    font->setGlyphs({kept});
+    EXPECT_EQ(left->parent(), nullptr);
+    EXPECT_EQ(moved->parent(), other) << "a glyph that another font took stays there";
+    EXPECT_EQ(kept->parent(), font);
+    font->addGlyphFast(nullptr);
+    EXPECT_EQ(font->count(), 1u);
+
+    auto axis = VLAxis::initWithName_tag("Weight", "wght");
+    font->addAxis(axis);
+    EXPECT_EQ(axis->parent(), font);
+    font->setAxes({});
+    EXPECT_EQ(axis->parent(), nullptr);
+
+    auto layer = VLLayer::init();
+    auto first = VLHint::init(), second = VLHint::init(), third = VLHint::init();
+    layer->setHintsFast({first, second});
+    layer->replaceObjectInHintsAtIndex_withObject(0, third);
+    EXPECT_EQ(first->parent(), nullptr);
+    EXPECT_EQ(third->parent(), layer);
+    layer->insertObject_inHintsAtIndex(first, 3);
+    EXPECT_EQ(first->parent(), nullptr) << "an index past the end adds nothing";
+    layer->insertObject_inHintsAtIndex(first, 0);
+    EXPECT_EQ(layer->hints(), (VLLayer::Hints{first, third, second}));
+    layer->removeHint(second);
+    EXPECT_EQ(second->parent(), nullptr);
+    layer->setHintsFast({third});
+    EXPECT_EQ(first->parent(), nullptr);
+    EXPECT_EQ(third->parent(), layer);
 }

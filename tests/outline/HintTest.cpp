@@ -12,7 +12,7 @@ std::shared_ptr<VLPath> square(double x, double y, double size)
 {
     auto path = VLPath::init();
     for (Point p : {Point{x, y}, Point{x + size, y}, Point{x + size, y + size}, Point{x, y + size}})
-        path->addNodeFastWithPosition_type_connection(p, VLNode::LINE, VLNode::SHARP);
+        path->addNodeFastWithPosition_type_connection(p, VLNodeType::LINE, VLNode::SHARP);
     path->setClosed(true);
     return path;
 }
@@ -24,7 +24,7 @@ std::shared_ptr<VLLayer> layerWith(std::initializer_list<std::shared_ptr<VLPath>
     return layer;
 }
 
-std::shared_ptr<VLHint> hint(int type, VLIndexPath origin, VLIndexPath target = {})
+std::shared_ptr<VLHint> hint(VLHintType type, VLIndexPath origin, VLIndexPath target = {})
 {
     auto result = VLHint::init();
     result->setType(type);
@@ -37,17 +37,17 @@ std::shared_ptr<VLHint> hint(int type, VLIndexPath origin, VLIndexPath target = 
 
 TEST(Hint, TypeNamesReadOldSpellingsAndUnknownsAsStems)
 {
-    EXPECT_EQ(VLHint::typeForName("Anchor"), VLHint::TTSnap);
-    EXPECT_EQ(VLHint::typeForName("Diagonal"), VLHint::TTDiagonal);
-    EXPECT_EQ(VLHint::typeForName("Segment"), VLHint::Segment);
-    EXPECT_EQ(VLHint::typeForName("Wobble"), VLHint::Stem);
-    EXPECT_STREQ(VLHint::typeNameC(10), "Unknown");
-    EXPECT_STREQ(VLHint::typeNameC(-2), "Tag");
+    EXPECT_EQ(VLHint::typeForName("Anchor"), VLHintType::TTSnap);
+    EXPECT_EQ(VLHint::typeForName("Diagonal"), VLHintType::TTDiagonal);
+    EXPECT_EQ(VLHint::typeForName("Segment"), VLHintType::Segment);
+    EXPECT_EQ(VLHint::typeForName("Wobble"), VLHintType::Stem);
+    EXPECT_STREQ(VLHint::typeNameC(static_cast<VLHintType>(10)), "Unknown");
+    EXPECT_STREQ(VLHint::typeNameC(VLHintType::Tag), "Tag");
 
-    EXPECT_TRUE(hint(VLHint::Cap, {})->isCorner());
-    EXPECT_FALSE(hint(VLHint::Auto, {})->isCorner());
-    EXPECT_TRUE(hint(VLHint::TTDelta, {})->isTrueType());
-    EXPECT_FALSE(hint(VLHint::Tag, {})->isPostScript());
+    EXPECT_TRUE(hint(VLHintType::Cap, {})->isCorner());
+    EXPECT_FALSE(hint(VLHintType::Auto, {})->isCorner());
+    EXPECT_TRUE(hint(VLHintType::TTDelta, {})->isTrueType());
+    EXPECT_FALSE(hint(VLHintType::Tag, {})->isPostScript());
 }
 
 TEST(Hint, IndexPathsSelectNodesAndSideBearings)
@@ -59,7 +59,7 @@ TEST(Hint, IndexPathsSelectNodesAndSideBearings)
     auto path = square(0, 0, 100);
     auto layer = layerWith({path});
     layer->setWidth(500);
-    auto h = hint(VLHint::Stem, {0, 2});
+    auto h = hint(VLHintType::Stem, {0, 2});
     layer->addHint(h);
     EXPECT_EQ(h->nodeForIndexPath({0, 2}), path->nodes()[2]);
     EXPECT_EQ(h->nodeForIndexPath({0, 6}), nullptr);
@@ -77,7 +77,7 @@ TEST(Hint, UpdateIndexesFollowsNodesThroughReversal)
 {
     auto path = square(0, 0, 100);
     auto layer = layerWith({square(500, 0, 10), path});
-    auto corner = hint(VLHint::Corner, {1, 0});
+    auto corner = hint(VLHintType::Corner, {1, 0});
     layer->addHint(corner);
     EXPECT_TRUE(corner->updateIndexes());
     EXPECT_EQ(corner->originNode(), path->nodes()[0]);
@@ -89,11 +89,11 @@ TEST(Hint, UpdateIndexesFollowsNodesThroughReversal)
     EXPECT_TRUE(corner->updateIndexes());
     EXPECT_EQ(corner->originIndex(), (VLIndexPath{1, 2}));
 
-    auto lost = hint(VLHint::Cap, {1, 9});
+    auto lost = hint(VLHintType::Cap, {1, 9});
     layer->addHint(lost);
     EXPECT_FALSE(lost->updateIndexes()) << "no node and no knob";
 
-    auto stem = hint(VLHint::Stem, {1, 0}, {1, 3});
+    auto stem = hint(VLHintType::Stem, {1, 0}, {1, 3});
     stem->reverse();
     EXPECT_EQ(stem->originIndex(), (VLIndexPath{1, 3}));
     EXPECT_EQ(stem->targetIndex(), (VLIndexPath{1, 0}));
@@ -102,8 +102,8 @@ TEST(Hint, UpdateIndexesFollowsNodesThroughReversal)
 TEST(Hint, RestoreFindsSavedPositionsInNewShapes)
 {
     auto layer = layerWith({square(0, 0, 100)});
-    auto corner = hint(VLHint::Corner, {0, 2});
-    auto stem = hint(VLHint::Stem, {0, 0}, {0, 3});
+    auto corner = hint(VLHintType::Corner, {0, 2});
+    auto stem = hint(VLHintType::Stem, {0, 0}, {0, 3});
     layer->setHintsFast({corner, stem});
     layer->saveHints();
     EXPECT_EQ(stem->width(), 100.0);
@@ -123,7 +123,7 @@ TEST(Hint, CopiesFindTheirNodesInAnotherLayer)
 {
     auto sourcePath = square(0, 0, 100);
     auto source = layerWith({sourcePath});
-    auto corner = hint(VLHint::Corner, {0, 1});
+    auto corner = hint(VLHintType::Corner, {0, 1});
     source->addHint(corner);
     corner->updateIndexes();
     corner->save();
@@ -146,40 +146,40 @@ TEST(Hint, CopiesFindTheirNodesInAnotherLayer)
 
 TEST(Hint, CompareOrdersDirectionTypeAndPlaces)
 {
-    auto vertical = hint(VLHint::Stem, {0, 0}, {0, 1});
+    auto vertical = hint(VLHintType::Stem, {0, 0}, {0, 1});
     vertical->setHorizontal(false);
-    auto early = hint(VLHint::Stem, {0, 0}, {0, 2});
-    auto late = hint(VLHint::Stem, {0, 1}, {0, 0});
+    auto early = hint(VLHintType::Stem, {0, 0}, {0, 2});
+    auto late = hint(VLHintType::Stem, {0, 1}, {0, 0});
     EXPECT_EQ(early->compare(*vertical), -1);
     EXPECT_EQ(early->compare(*late), -1);
     EXPECT_EQ(late->compare(*early), 1);
-    EXPECT_EQ(hint(VLHint::TopGhost, {})->compare(*early), -1);
+    EXPECT_EQ(hint(VLHintType::TopGhost, {})->compare(*early), -1);
 
-    auto high = hint(VLHint::BottomGhost, {});
+    auto high = hint(VLHintType::BottomGhost, {});
     high->setOrigin(700);
-    auto low = hint(VLHint::BottomGhost, {});
+    auto low = hint(VLHintType::BottomGhost, {});
     low->setOrigin(-10);
     EXPECT_EQ(high->compare(*low), -1) << "ghosts without nodes: higher first";
-    EXPECT_EQ(hint(VLHint::Corner, {0, 5})->compare(*hint(VLHint::Corner, {0, 1})), 0);
+    EXPECT_EQ(hint(VLHintType::Corner, {0, 5})->compare(*hint(VLHintType::Corner, {0, 1})), 0);
 
-    auto groups = VLHint::_sortedHints({late, hint(VLHint::Corner, {}), early, hint(VLHint::Cap, {0, 1})});
-    ASSERT_EQ(groups[VLHint::Stem].size(), 2u);
-    EXPECT_EQ(groups[VLHint::Stem][0], early);
-    EXPECT_EQ(groups.count(VLHint::Corner), 0u) << "a corner without origin index is left out";
-    EXPECT_EQ(groups[VLHint::Cap].size(), 1u);
+    auto groups = VLHint::_sortedHints({late, hint(VLHintType::Corner, {}), early, hint(VLHintType::Cap, {0, 1})});
+    ASSERT_EQ(groups[VLHintType::Stem].size(), 2u);
+    EXPECT_EQ(groups[VLHintType::Stem][0], early);
+    EXPECT_EQ(groups.count(VLHintType::Corner), 0u) << "a corner without origin index is left out";
+    EXPECT_EQ(groups[VLHintType::Cap].size(), 1u);
 }
 
 TEST(Hint, SortPutsTrueTypeInstructionsAfterThoseTheyDependOn)
 {
-    auto interpolate = hint(VLHint::TTInterpolate, {0, 1}, {0, 3});
+    auto interpolate = hint(VLHintType::TTInterpolate, {0, 1}, {0, 3});
     interpolate->setOtherIndex1({0, 2});
-    auto link = hint(VLHint::TTStem, {0, 0}, {0, 1});
-    auto snap = hint(VLHint::TTSnap, {0, 0});
+    auto link = hint(VLHintType::TTStem, {0, 0}, {0, 1});
+    auto snap = hint(VLHintType::TTSnap, {0, 0});
     std::vector<std::shared_ptr<VLHint>> hints{interpolate, link, snap};
     VLHint::sortHints(hints);
     EXPECT_EQ(hints, (std::vector<std::shared_ptr<VLHint>>{snap, link, interpolate}));
 
-    auto empty = hint(VLHint::TTSnap, {});
+    auto empty = hint(VLHintType::TTSnap, {});
     std::vector<std::shared_ptr<VLHint>> unsorted{interpolate, link, empty};
     VLHint::sortHints(unsorted);
     EXPECT_EQ(unsorted[0], interpolate) << "an instruction that touches nothing stops the sort";
@@ -188,18 +188,18 @@ TEST(Hint, SortPutsTrueTypeInstructionsAfterThoseTheyDependOn)
 TEST(Hint, TransferCopiesOnlyKindsTheTargetLacks)
 {
     auto source = layerWith({square(0, 0, 100)});
-    source->setHintsFast({hint(VLHint::Stem, {0, 0}, {0, 3}), hint(VLHint::TTSnap, {0, 1}),
-                          hint(VLHint::Corner, {0, 2}), hint(VLHint::Corner, {0, 2})});
+    source->setHintsFast({hint(VLHintType::Stem, {0, 0}, {0, 3}), hint(VLHintType::TTSnap, {0, 1}),
+                          hint(VLHintType::Corner, {0, 2}), hint(VLHintType::Corner, {0, 2})});
     auto target = layerWith({square(0, 0, 100)});
-    auto own = hint(VLHint::TopGhost, {0, 3});
+    auto own = hint(VLHintType::TopGhost, {0, 3});
     target->addHint(own);
     auto outline = target->bezierPath();
 
     VLHint::transferHintsFromLayer_to(*source, *target);
     ASSERT_EQ(target->hints().size(), 3u);
     EXPECT_EQ(target->hints()[0], own);
-    EXPECT_EQ(target->hints()[1]->type(), VLHint::TTSnap);
-    EXPECT_EQ(target->hints()[2]->type(), VLHint::Corner) << "equal corners go in once";
+    EXPECT_EQ(target->hints()[1]->type(), VLHintType::TTSnap);
+    EXPECT_EQ(target->hints()[2]->type(), VLHintType::Corner) << "equal corners go in once";
     EXPECT_EQ(target->hints()[2]->layer(), target);
     EXPECT_NE(target->bezierPath(), outline) << "hint changes flush the outline";
 

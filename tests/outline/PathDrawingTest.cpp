@@ -1,77 +1,17 @@
 #include "geometry/VLBezierPathPen.h"
-#include "geometry/VLPathPen.h"
-#include "model/VLAxis.h"
 #include "model/VLFont.h"
-#include "model/VLFontMaster.h"
 #include "model/VLGlyph.h"
 #include "model/VLLayer.h"
-#include "model/VLUnsetValue.h"
-#include "outline/VLComponent.h"
 #include "outline/VLHint.h"
 #include "outline/VLNode.h"
 #include "outline/VLPath.h"
 #include "platform/BezierPath.h"
-#include "support/TestShapes.h"
+#include "support/PathInFont.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cmath>
-
-namespace {
-
-// A path in a layer of a glyph of a font, so that it draws with the font's grid.
-struct PathInFont {
-    std::shared_ptr<VLFont> font = VLFont::init();
-    std::shared_ptr<VLLayer> layer;
-    std::shared_ptr<VLPath> path = VLPath::init();
-
-    explicit PathInFont(double grid = 1)
-    {
-        auto glyph = VLGlyph::initFast();
-        glyph->setNameFast("A");
-        font->setGlyphs({glyph});
-        font->setGridMain(static_cast<uint32_t>(grid * 100));
-        font->setGridSubDivision(100);
-        layer = glyph->layerForId("m01");
-        layer->addShapeFast(path);
-    }
-
-    void add(Point p, uint8_t type) { path->addNodeFastWithPosition_type_connection(p, type, VLNode::SHARP); }
-
-    BezierPath draw()
-    {
-        BezierPath out;
-        VLBezierPathPen pen(out);
-        path->drawInPen(pen);
-        return out;
-    }
-};
-
-std::vector<Point> pointsOf(const BezierPath& path)
-{
-    std::vector<Point> points;
-    Point p[3];
-    for (long i = 0; i < path.elementCount(); ++i) {
-        BezierPathElement kind = path.elementAtIndex_associatedPoints(i, p);
-        int n = kind == BezierPathElement::CurveTo ? 3 : kind == BezierPathElement::ClosePath ? 0 : 1;
-        points.insert(points.end(), p, p + n);
-    }
-    return points;
-}
-
-void addCurvedSquare(PathInFont& f)
-{
-    f.add({100.4, 0.6}, VLNode::LINE);
-    f.add({150.3, 10.2}, VLNode::OFFCURVE);
-    f.add({190.7, 50.6}, VLNode::OFFCURVE);
-    f.add({200.2, 100.8}, VLNode::CURVE);
-    f.add({0.3, 100.1}, VLNode::LINE);
-    f.add({0.4, 0.4}, VLNode::LINE);
-    f.path->setClosed(true);
-}
-
-} // namespace
 
 TEST(PathDrawing, ClosedPathsStartOnTheLastNodeAndLeaveTheClosingLineToClose)
 {
@@ -120,22 +60,22 @@ TEST(PathDrawing, OpenPathsSingleNodesAndOffCurveContours)
 {
     {
         PathInFont f(0);
-        f.add({0, 0}, VLNode::LINE);
-        f.add({10, 0}, VLNode::LINE);
-        f.add({10, 10}, VLNode::LINE);
+        f.add({0, 0}, VLNodeType::LINE);
+        f.add({10, 0}, VLNodeType::LINE);
+        f.add({10, 10}, VLNodeType::LINE);
         BezierPath out = f.draw();
         EXPECT_EQ(out.elementCount(), 3) << "move and two lines, no close";
         EXPECT_FALSE(VLBezierPathPen::closed(out));
     }
     {
         PathInFont f(0);
-        f.add({5, 5}, VLNode::LINE);
+        f.add({5, 5}, VLNodeType::LINE);
         f.path->setClosed(true);
         EXPECT_EQ(f.draw().elementCount(), 3) << "a closed single node draws a move and a close";
     }
     {
         PathInFont f(0);
-        for (Point p : {Point{0, 0}, Point{100, 0}, Point{100, 100}, Point{0, 100}}) f.add(p, VLNode::OFFCURVE);
+        for (Point p : {Point{0, 0}, Point{100, 0}, Point{100, 100}, Point{0, 100}}) f.add(p, VLNodeType::OFFCURVE);
         f.path->setClosed(true);
         BezierPath out = f.draw();
         EXPECT_EQ(out.elementAtIndex(0), BezierPathElement::MoveTo);
@@ -149,10 +89,10 @@ TEST(PathDrawing, OpenPathsSingleNodesAndOffCurveContours)
 TEST(PathDrawing, QuadraticRunsDrawAsCubicsThroughTheirImpliedPoints)
 {
     PathInFont f(0);
-    f.add({0, 0}, VLNode::LINE);
-    f.add({0, 90}, VLNode::OFFCURVE);
-    f.add({60, 90}, VLNode::OFFCURVE);
-    f.add({90, 0}, VLNode::QCURVE);
+    f.add({0, 0}, VLNodeType::LINE);
+    f.add({0, 90}, VLNodeType::OFFCURVE);
+    f.add({60, 90}, VLNodeType::OFFCURVE);
+    f.add({90, 0}, VLNodeType::QCURVE);
     f.path->setClosed(true);
     BezierPath out = f.draw();
     ASSERT_EQ(out.elementCount(), 6) << "move, two cubics, the closing line left to close, trailing move";
@@ -170,21 +110,21 @@ TEST(PathDrawing, QuadraticRunsDrawAsCubicsThroughTheirImpliedPoints)
 TEST(PathDrawing, HobbyNodesDrawAsTheCurvesTheyStore)
 {
     // A round contour of off-curve nodes and curve ends, once as CURVE and once as HOBBY.
-    auto contour = [](uint8_t end) {
+    auto contour = [](VLNodeType end) {
         PathInFont f(0);
-        for (Point p : {Point{100, 0}, Point{155, 0}, Point{200, 45}, Point{200, 100}}) f.add(p, VLNode::OFFCURVE);
+        for (Point p : {Point{100, 0}, Point{155, 0}, Point{200, 45}, Point{200, 100}}) f.add(p, VLNodeType::OFFCURVE);
         f.path->nodeAtIndex(3)->setTypeFast(end);
-        for (Point p : {Point{200, 155}, Point{155, 200}, Point{100, 200}}) f.add(p, VLNode::OFFCURVE);
+        for (Point p : {Point{200, 155}, Point{155, 200}, Point{100, 200}}) f.add(p, VLNodeType::OFFCURVE);
         f.path->nodeAtIndex(6)->setTypeFast(end);
         for (Point p : {Point{45, 200}, Point{0, 155}, Point{0, 100}, Point{0, 45}, Point{45, 0}, Point{100, 0}})
-            f.add(p, VLNode::OFFCURVE);
+            f.add(p, VLNodeType::OFFCURVE);
         f.path->nodeAtIndex(9)->setTypeFast(end);
         f.path->nodeAtIndex(12)->setTypeFast(end);
         f.path->removeObjectFromNodesAtIndex(0);
         f.path->setClosed(true);
         return f;
     };
-    PathInFont curves = contour(VLNode::CURVE), hobby = contour(VLNode::HOBBY);
+    PathInFont curves = contour(VLNodeType::CURVE), hobby = contour(VLNodeType::HOBBY);
     BezierPath expected = curves.draw();
     ASSERT_EQ(expected.elementCount(), 7);
     EXPECT_EQ(pointsOf(hobby.draw()), pointsOf(expected));
@@ -201,72 +141,10 @@ TEST(PathDrawing, HobbyNodesDrawAsTheCurvesTheyStore)
     EXPECT_EQ(hobby.layer->bounds(), curves.layer->bounds());
 }
 
-TEST(LayerOutlines, ClosedAndOpenContoursAreKeptApart)
-{
-    PathInFont f(0);
-    f.layer->addShapeFast(rectanglePath(0, 0, 100, 100));
-    f.add({0, 0}, VLNode::LINE);
-    f.add({50, 200}, VLNode::LINE);
-    auto single = VLPath::init();
-    single->addNodeFastWithPosition_type_connection({7, 7}, VLNode::LINE, VLNode::SHARP);
-    f.layer->addShapeFast(single);
-    f.layer->setNeedUpdateShapes();
-
-    auto closed = f.layer->bezierPath();
-    ASSERT_NE(closed, nullptr);
-    EXPECT_EQ(closed->elementCount(), 6) << "only the rectangle; the single node is dropped";
-    ASSERT_NE(f.layer->openBezierPath(), nullptr);
-    EXPECT_EQ(f.layer->openBezierPath()->elementCount(), 2);
-    EXPECT_EQ(f.layer->bounds(), (Rect{{0, 0}, {100, 200}})) << "bounds unite both outlines";
-}
-
-TEST(LayerOutlines, EmptyLayers)
-{
-    auto layer = VLLayer::init();
-    EXPECT_EQ(layer->bezierPath(), nullptr);
-    EXPECT_EQ(layer->openBezierPath(), nullptr);
-    EXPECT_EQ(layer->fastBounds().origin.x, VLUnsetValue);
-    EXPECT_EQ(layer->bounds(), Rect());
-}
-
-TEST(LayerOutlines, FlatteningRoundsPathsIntoPlainOnes)
-{
-    PathInFont f(1);
-    addCurvedSquare(f);
-    EXPECT_TRUE(f.layer->flattenOutlines());
-    ASSERT_EQ(f.layer->countOfShapes(), 1u);
-    auto flat = std::static_pointer_cast<VLPath>(f.layer->shapes()[0]);
-    EXPECT_EQ(flat->compareString(), "loocll_") << "the same nodes in the same order";
-    for (const auto& node : flat->nodes()) EXPECT_EQ(node->position().x, std::round(node->position().x));
-}
-
-TEST(Compatibility, FingerprintsOfMasterLayers)
-{
-    auto font = VLFont::init();
-    auto second = VLFontMaster::initFast();
-    second->setId(std::string("m02"));
-    font->addFontMaster(second);
-    auto glyph = VLGlyph::initFast();
-    glyph->setNameFast("A");
-    font->setGlyphs({glyph});
-    glyph->layerForId("m01")->addShapeFast(rectanglePath(0, 0, 10, 10));
-    glyph->layerForId("m02")->addShapeFast(rectanglePath(0, 0, 20, 20));
-    EXPECT_EQ(glyph->layerForId("m01")->compareString(), "llll_");
-    EXPECT_TRUE(glyph->mastersCompatibleForLayerIds({"m01", "m02"}));
-
-    auto open = rectanglePath(0, 0, 20, 20);
-    open->setClosed(false);
-    glyph->layerForId("m02")->setShapesFast({open});
-    EXPECT_FALSE(glyph->mastersCompatibleForLayerIds({"m01", "m02"}));
-    EXPECT_TRUE(glyph->mastersCompatible()) << "without axes nothing varies";
-    font->addAxis(VLAxis::initWithName_tag("Weight", "wght"));
-    EXPECT_FALSE(glyph->mastersCompatible());
-}
-
 TEST(PathDrawing, SmallOutsideOverlapsBetweenSharpCornersAreCut)
 {
     PathInFont f(0);
-    for (Point p : {Point{0, 0}, Point{100, 0}, Point{97, -10}, Point{0, 30}}) f.add(p, VLNode::LINE);
+    for (Point p : {Point{0, 0}, Point{100, 0}, Point{97, -10}, Point{0, 30}}) f.add(p, VLNodeType::LINE);
     f.path->setClosed(true);
     auto points = pointsOf(f.draw());
     ASSERT_EQ(points.size(), 4u) << "the step to (97, -10) is gone";
@@ -275,54 +153,10 @@ TEST(PathDrawing, SmallOutsideOverlapsBetweenSharpCornersAreCut)
     EXPECT_NEAR(points[2].y, 0, 1e-9);
 
     PathInFont smooth(0);
-    for (Point p : {Point{0, 0}, Point{100, 0}, Point{97, -10}, Point{0, 30}}) smooth.add(p, VLNode::LINE);
+    for (Point p : {Point{0, 0}, Point{100, 0}, Point{97, -10}, Point{0, 30}}) smooth.add(p, VLNodeType::LINE);
     smooth.path->nodeAtIndex(1)->setConnectionFast(VLNode::SMOOTH);
     smooth.path->setClosed(true);
     EXPECT_EQ(pointsOf(smooth.draw()).size(), 5u) << "only sharp corners are cut";
-}
-
-TEST(LayerOutlines, GlyphMetricsComeFromTheAssociatedMaster)
-{
-    PathInFont f(0);
-    auto master = f.font->fontMasterAtIndex(0);
-    master->setDefaultAscender(750);
-    master->setDefaultDescender(-250);
-    f.layer->setWidth(432);
-    VLGlyphMetrics metrics = f.layer->glyphMetrics();
-    EXPECT_EQ(metrics.width, 432);
-    EXPECT_EQ(metrics.ascender, 750);
-    EXPECT_EQ(metrics.descender, -250);
-    EXPECT_EQ(metrics.italicAngle, 0);
-
-    f.layer->setVertWidth(900);
-    VLGlyphMetrics vertical = f.layer->glyphMetricsForDirection(4);
-    EXPECT_EQ(vertical.descender, 750 - 900);
-    EXPECT_EQ(vertical.vertWidth, 900);
-}
-
-TEST(LayerOutlines, DecomposingCornersDropsTheDrawnCornerHints)
-{
-    PathInFont f(0);
-    for (Point p : {Point{0, 0}, Point{100, 0}, Point{100, 100}}) f.add(p, VLNode::LINE);
-    f.path->setClosed(true);
-    f.layer->decomposeCorners();
-    EXPECT_EQ(f.layer->shapes()[0], f.path) << "without corner hints nothing changes";
-
-    auto corner = VLHint::init();
-    corner->setType(VLHint::Corner);
-    corner->setName("_corner.serif");
-    corner->setStem(0);
-    corner->setOriginIndex({0, 1});
-    auto survivor = VLHint::init();
-    survivor->setType(VLHint::Corner);
-    survivor->setStem(VLHint::StemFoundByPosition);
-    survivor->setOriginIndex({0, 2});
-    f.layer->setHintsFast({corner, survivor});
-    f.layer->decomposeCorners();
-    ASSERT_EQ(f.layer->countOfShapes(), 1u);
-    EXPECT_NE(f.layer->shapes()[0], f.path) << "the paths are the drawn ones now";
-    ASSERT_EQ(f.layer->hints().size(), 1u);
-    EXPECT_EQ(f.layer->hints()[0], survivor);
 }
 
 TEST(PathDrawing, HintsOfReplacedNodesBecomeKnobs)
@@ -341,12 +175,12 @@ TEST(PathDrawing, OverlapsAreCutWhereACurveCrossesTheLineBack)
     // A curve comes down into the corner at (100, 0); the step to (97, -10) and the line back up
     // to (60, 50) cross the curve close to the corner.
     PathInFont f(0);
-    f.add({0, 0}, VLNode::LINE);
-    f.add({60, 0}, VLNode::OFFCURVE);
-    f.add({100, 20}, VLNode::OFFCURVE);
-    f.add({100, 0}, VLNode::CURVE);
-    f.add({97, -10}, VLNode::LINE);
-    f.add({60, 50}, VLNode::LINE);
+    f.add({0, 0}, VLNodeType::LINE);
+    f.add({60, 0}, VLNodeType::OFFCURVE);
+    f.add({100, 20}, VLNodeType::OFFCURVE);
+    f.add({100, 0}, VLNodeType::CURVE);
+    f.add({97, -10}, VLNodeType::LINE);
+    f.add({60, 50}, VLNodeType::LINE);
     f.path->setClosed(true);
     BezierPath out = f.draw();
     std::vector<Point> points = pointsOf(out);
@@ -363,12 +197,12 @@ TEST(PathDrawing, OverlapsAreCutWhereTheLineIntoTheStepCrossesTheCurveOutOfIt)
     // The mirror of the case above: a line runs into the corner at (100, 0), the step goes to
     // (103, -10), and a curve leaves it back across the line.
     PathInFont f(0);
-    f.add({0, 0}, VLNode::LINE);
-    f.add({100, 0}, VLNode::LINE);
-    f.add({103, -10}, VLNode::LINE);
-    f.add({40, 20}, VLNode::OFFCURVE);
-    f.add({20, 60}, VLNode::OFFCURVE);
-    f.add({0, 80}, VLNode::CURVE);
+    f.add({0, 0}, VLNodeType::LINE);
+    f.add({100, 0}, VLNodeType::LINE);
+    f.add({103, -10}, VLNodeType::LINE);
+    f.add({40, 20}, VLNodeType::OFFCURVE);
+    f.add({20, 60}, VLNodeType::OFFCURVE);
+    f.add({0, 80}, VLNodeType::CURVE);
     f.path->setClosed(true);
     BezierPath out = f.draw();
     std::vector<Point> points = pointsOf(out);
@@ -391,28 +225,9 @@ TEST(PathDrawing, OverlapsAreCutWhereTheLineIntoTheStepCrossesTheCurveOutOfIt)
 TEST(PathDrawing, AStepAtTheStartOfAClosedPathIsCutToo)
 {
     PathInFont f(0);
-    for (Point p : {Point{97, -10}, Point{0, 30}, Point{0, 0}, Point{100, 0}}) f.add(p, VLNode::LINE);
+    for (Point p : {Point{97, -10}, Point{0, 30}, Point{0, 0}, Point{100, 0}}) f.add(p, VLNodeType::LINE);
     f.path->setClosed(true);
     auto points = pointsOf(f.draw());
     EXPECT_EQ(std::find(points.begin(), points.end(), Point{97, -10}), points.end()) << "the step is gone";
 }
 
-TEST(LayerOutlines, DecomposedCopiesHoldPathsOnly)
-{
-    PathInFont f(0);
-    for (Point p : {Point{0, 0}, Point{100, 0}, Point{100, 100}}) f.add(p, VLNode::LINE);
-    f.path->setClosed(true);
-    auto component = VLComponent::init();
-    component->setComponentName("B");
-    f.layer->addShapeFast(component);
-
-    auto copy = f.layer->copyDecomposedLayer();
-    ASSERT_NE(copy, nullptr);
-    EXPECT_EQ(copy->countOfComponents(), 0);
-    EXPECT_EQ(copy->countOfPaths(), 1);
-    EXPECT_EQ(f.layer->countOfShapes(), 2u) << "the layer itself keeps its component";
-    EXPECT_NE(f.layer->copyDecomposedLayer(), copy) << "each caller gets a copy of the cached twin";
-
-    f.layer->setWidth(777);
-    EXPECT_EQ(f.layer->copyDecomposedLayer()->width(), 777) << "the twin follows the width";
-}

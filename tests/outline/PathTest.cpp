@@ -1,7 +1,7 @@
 #include "model/VLLayer.h"
-#include "model/VLUnsetValue.h"
 #include "outline/VLPath.h"
 #include "platform/AffineTransform.h"
+#include "platform/VLUnsetValue.h"
 
 #include <gtest/gtest.h>
 
@@ -9,12 +9,13 @@
 
 namespace {
 
-struct Spec {
+// A node of a made-up path: where it stands and its type.
+struct NodeAt {
     double x, y;
-    uint8_t type;
+    VLNodeType type;
 };
 
-std::shared_ptr<VLPath> makePath(std::initializer_list<Spec> nodes, bool closed)
+std::shared_ptr<VLPath> makePath(std::initializer_list<NodeAt> nodes, bool closed)
 {
     auto path = VLPath::init();
     for (const auto& n : nodes) path->addNodeFastWithPosition_type_connection({n.x, n.y}, n.type, VLNode::SHARP);
@@ -27,10 +28,10 @@ std::string types(const VLPath& path)
     return path.compareString();
 }
 
-constexpr uint8_t L = VLNode::LINE;
-constexpr uint8_t C = VLNode::CURVE;
-constexpr uint8_t O = VLNode::OFFCURVE;
-constexpr uint8_t Q = VLNode::QCURVE;
+constexpr VLNodeType L = VLNodeType::LINE;
+constexpr VLNodeType C = VLNodeType::CURVE;
+constexpr VLNodeType O = VLNodeType::OFFCURVE;
+constexpr VLNodeType Q = VLNodeType::QCURVE;
 
 } // namespace
 
@@ -129,7 +130,8 @@ TEST(Path, ReversalMovesEachTypeToTheSegmentItDescribes)
 TEST(Path, CompareStringTagsEveryNode)
 {
     EXPECT_EQ(types(*makePath({{0, 0, L}, {1, 1, O}, {2, 2, O}, {3, 3, C}}, false)), "looc|_");
-    EXPECT_EQ(types(*makePath({{0, 0, VLNode::HOBBY}, {1, 1, Q}, {2, 2, VLNode::SPECIAL}, {3, 3, 99}}, true)), "hqxx_");
+    auto hobby = VLNodeType::HOBBY, special = VLNodeType::SPECIAL, unknown = static_cast<VLNodeType>(99);
+    EXPECT_EQ(types(*makePath({{0, 0, hobby}, {1, 1, Q}, {2, 2, special}, {3, 3, unknown}}, true)), "hqxx_");
 }
 
 TEST(Path, CheckConnectionsRepairsTypesAndSmoothsLinedUpHandles)
@@ -226,7 +228,7 @@ TEST(Path, NodesInsertedIntoAQuadraticRunKeepItsShape)
     auto inserted = path->insertNodeWithPathTime(2.3);
     ASSERT_NE(inserted, nullptr);
     EXPECT_EQ(types(*path), "loqoqoqoql_") << "the implied points on both sides are on-curve nodes now";
-    EXPECT_EQ(inserted->type(), VLNode::QCURVE);
+    EXPECT_EQ(inserted->type(), VLNodeType::QCURVE);
     EXPECT_EQ(inserted->connection(), VLNode::SMOOTH);
     EXPECT_NEAR(inserted->position().x, expected.x, 1e-9);
     EXPECT_NEAR(inserted->position().y, expected.y, 1e-9);
@@ -307,7 +309,7 @@ TEST(Node, PositionGuardsTellNaNFromOutOfRange)
     node->setTypeString("QCURVE");
     EXPECT_EQ(node->type(), Q);
     node->setTypeString("BEND");
-    EXPECT_EQ(node->type(), 0);
+    EXPECT_EQ(node->type(), VLNodeType::None);
     EXPECT_EQ(node->typeString(), "n/a");
 
     node->setConnectionFast(VLNode::SMOOTH_OTHER);

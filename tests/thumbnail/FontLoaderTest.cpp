@@ -11,6 +11,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+
 namespace {
 
 // A layer outline of one rectangle.
@@ -213,18 +215,20 @@ namespace {
 Outline counterWithFlatBottom(double nextY, double handleY, bool curved)
 {
     auto path = VLPath::init();
-    auto add = [&](Point p, uint8_t type) { path->addNodeFastWithPosition_type_connection(p, type, VLNode::SHARP); };
-    add({250, 200}, VLNode::LINE);
-    add({150, nextY}, VLNode::LINE);
-    add({150, 400}, VLNode::LINE);
-    add({550, 400}, VLNode::LINE);
+    auto add = [&](Point p, VLNodeType type) {
+        path->addNodeFastWithPosition_type_connection(p, type, VLNode::SHARP);
+    };
+    add({250, 200}, VLNodeType::LINE);
+    add({150, nextY}, VLNodeType::LINE);
+    add({150, 400}, VLNodeType::LINE);
+    add({550, 400}, VLNodeType::LINE);
     if (curved) {
-        add({550, 300}, VLNode::OFFCURVE);
-        add({500, handleY}, VLNode::OFFCURVE);
-        add({450, 200}, VLNode::CURVE);
+        add({550, 300}, VLNodeType::OFFCURVE);
+        add({500, handleY}, VLNodeType::OFFCURVE);
+        add({450, 200}, VLNodeType::CURVE);
     } else {
-        add({550, handleY}, VLNode::LINE);
-        add({450, 200}, VLNode::LINE);
+        add({550, handleY}, VLNodeType::LINE);
+        add({450, 200}, VLNodeType::LINE);
     }
     path->setClosed(true);
     return path;
@@ -278,13 +282,13 @@ namespace {
 Outline dome(double scale)
 {
     auto path = VLPath::init();
-    auto add = [&](Point p, uint8_t type) {
+    auto add = [&](Point p, VLNodeType type) {
         path->addNodeFastWithPosition_type_connection({p.x * scale, p.y * scale}, type, VLNode::SHARP);
     };
-    add({100, 0}, VLNode::LINE);
-    add({100, 60}, VLNode::OFFCURVE);
-    add({0, 90}, VLNode::OFFCURVE);
-    add({0, 0}, VLNode::CURVE);
+    add({100, 0}, VLNodeType::LINE);
+    add({100, 60}, VLNodeType::OFFCURVE);
+    add({0, 90}, VLNodeType::OFFCURVE);
+    add({0, 0}, VLNodeType::CURVE);
     path->setClosed(true);
     return path;
 }
@@ -404,55 +408,103 @@ TEST(Drawing, NothingDrawnWhenNoOutlineHasThreeElements)
 
 namespace {
 
-// A rectangle whose lower edge is cut into enough line nodes to give the outline `elements`.
-Outline denseBox(double x0, double y0, double x1, double y1, long elements)
+// Curves running between the bottom and the top of a glyph, as in a hostile outline, all within
+// x0 to x0 + 60.
+Outline zigzag(double x0, long curves)
 {
     auto path = VLPath::init();
-    // A closed outline has a move, a segment per node and a close.
-    long steps = elements - 2 - 3;
-    for (long i = 0; i < steps; ++i)
-        path->addNodeFastWithPosition_type_connection({x0 + (x1 - x0) * static_cast<double>(i) / static_cast<double>(steps), y0},
-                                                     VLNode::LINE, VLNode::SHARP);
-    for (Point p : {Point{x1, y0}, Point{x1, y1}, Point{x0, y1}})
-        path->addNodeFastWithPosition_type_connection(p, VLNode::LINE, VLNode::SHARP);
+    for (long i = 0; i < curves; ++i) {
+        double x = x0 + 60.0 * static_cast<double>(i) / static_cast<double>(curves);
+        double low = i % 2 ? 700 : 0;
+        path->addNodeFastWithPosition_type_connection({x, 700 - low}, VLNodeType::OFFCURVE, VLNode::SHARP);
+        path->addNodeFastWithPosition_type_connection({x + 0.01, low}, VLNodeType::OFFCURVE, VLNode::SHARP);
+        path->addNodeFastWithPosition_type_connection({x + 0.02, 700 - low}, VLNodeType::CURVE, VLNode::SHARP);
+    }
     path->setClosed(true);
     return path;
 }
 
+double costAtFullSize(VLLayer& layer)
+{
+    return VLFontLoader::fillCost(*layer.bezierPath(), AffineTransform());
+}
+
 } // namespace
 
-TEST(Drawing, OutlinesTooLongForTheRasterizerAreLeftOut)
+TEST(FillCost, FollowsTheRowsEveryFlattenedEdgeCrosses)
+{
+    auto line = BezierPath::bezierPath();
+    line->moveToPoint({0, 0});
+    line->lineToPoint({0, 100});
+    // Up 100 rows and closed down again, one row more each.
+    EXPECT_DOUBLE_EQ(VLFontLoader::fillCost(*line, AffineTransform()), 1 + 101 + 101);
+    AffineTransform tenfold;
+    tenfold.scaleBy(10);
+    EXPECT_DOUBLE_EQ(VLFontLoader::fillCost(*line, tenfold), 1 + 1001 + 1001);
+    AffineTransform sideways;
+    sideways.rotateByDegrees(90);
+    EXPECT_NEAR(VLFontLoader::fillCost(*line, sideways), 3, 1e-9) << "a horizontal edge crosses one row";
+    // Each subpath is closed, explicitly or by the fill.
+    auto two = BezierPath::bezierPath();
+    two->moveToPoint({0, 50});
+    two->lineToPoint({0, 150});
+    two->closePath();
+    two->moveToPoint({0, 0});
+    two->lineToPoint({0, 50});
+    EXPECT_DOUBLE_EQ(VLFontLoader::fillCost(*two, AffineTransform()), 1 + 101 + 101 + 1 + 51 + 51);
+
+    // A curve costs the rows of its control polygon and a row for each line it flattens into,
+    // more lines the more it bends.
+    auto flat = BezierPath::bezierPath();
+    flat->moveToPoint({0, 0});
+    flat->curveToPoint_controlPoint1_controlPoint2({0, 300}, {0, 100}, {0, 200});
+    EXPECT_DOUBLE_EQ(VLFontLoader::fillCost(*flat, AffineTransform()), 1 + 301 + 301);
+    auto bent = BezierPath::bezierPath();
+    bent->moveToPoint({0, 0});
+    bent->curveToPoint_controlPoint1_controlPoint2({500, 0}, {1000, 0}, {1000, 0});
+    // Second differences of 1000 and 500 pixels: ceil(sqrt(0.75 x 1000 / 0.1)) = 87 lines.
+    EXPECT_DOUBLE_EQ(VLFontLoader::fillCost(*bent, AffineTransform()), 1 + 87 + 1);
+
+    auto notANumber = BezierPath::bezierPath();
+    notANumber->moveToPoint({0, 0});
+    notANumber->lineToPoint({0, std::nan("")});
+    EXPECT_TRUE(std::isnan(VLFontLoader::fillCost(*notANumber, AffineTransform())));
+}
+
+TEST(Drawing, OutlinesTooCostlyForTheRasterizerAreLeftOut)
 {
     Font f;
-    auto a = f.add("A", {600}, denseBox(0, 0, 600, 700, VLFontLoader::maximumFilledElements + 1));
-    ASSERT_EQ(a->bezierPath()->elementCount(), VLFontLoader::maximumFilledElements + 1);
+    auto a = f.add("A", {600}, zigzag(0, 1000));
+    ASSERT_GT(costAtFullSize(*a->layerForId("m01")), VLFontLoader::maximumFillCost);
     f.add("g", {400}, box(0, 0, 400, 500));
     auto loader = f.loader();
     loader.layoutThumbnail();
     {
-        TenthScaleContext picture;
+        GraphicsContext context(1200, 1200);
+        GraphicsContext::Current current(context);
         EXPECT_TRUE(loader.drawThumbnail());
-        EXPECT_EQ(picture.alphaAt(40, 50), 0) << "A left out";
-        EXPECT_EQ(picture.alphaAt(90, 50), 255) << "g drawn";
+        EXPECT_EQ(context.pixelAt(100 + 30, 300 + 350)[3], 0) << "A left out at full size";
+        EXPECT_EQ(context.pixelAt(700 + 200, 300 + 250)[3], 255) << "g drawn";
     }
-    setOutline(*a->layerForId("m01"), denseBox(0, 0, 600, 700, VLFontLoader::maximumFilledElements));
+    // The same outline costs a tenth at a tenth of the size.
     TenthScaleContext picture;
     EXPECT_TRUE(loader.drawThumbnail());
-    EXPECT_EQ(picture.alphaAt(40, 50), 255) << "A at the limit is drawn";
+    EXPECT_GT(picture.alphaAt(13, 65), 0) << "A drawn at a tenth";
 }
 
-TEST(Drawing, ARequestStopsFillingWhenItsElementsAreSpent)
+TEST(Drawing, ARequestStopsFillingWhenItsCostIsSpent)
 {
-    // Every master's "A" stands apart; the mean and each overlay cost a full share of elements.
+    // Every master's "A" stands apart; the mean and each overlay cost a full share.
     constexpr size_t masters = 10;
-    constexpr long elements = 19000;
-    static_assert(VLFontLoader::maximumElementsPerThumbnail / elements == masters);
     Font f(masters);
     auto a = f.add("A", std::vector<double>(masters, 1200));
+    constexpr long curves = 350;
     for (size_t i = 0; i < masters; ++i) {
         double x = 100.0 * static_cast<double>(i);
-        setOutline(*a->layerForId(f.font->fontMasters()[i]->id()), denseBox(x, 0, x + 60, 700, elements));
+        setOutline(*a->layerForId(f.font->fontMasters()[i]->id()), zigzag(x, curves));
     }
+    double share = costAtFullSize(*a->layerForId("m01"));
+    ASSERT_EQ(static_cast<size_t>(VLFontLoader::maximumFillCostPerThumbnail / share), masters);
     f.add("g", std::vector<double>(masters, 400), box(0, 0, 400, 500));
     auto loader = f.loader();
     loader.layoutThumbnail();
@@ -460,7 +512,7 @@ TEST(Drawing, ARequestStopsFillingWhenItsElementsAreSpent)
     GraphicsContext::Current current(context);
     EXPECT_TRUE(loader.drawThumbnail());
     // The mean covers x 550..610; the first nine overlays fit into what is left after it.
-    EXPECT_GT(context.pixelAt(100 + 30, 600)[3], 0) << "first master";
-    EXPECT_GT(context.pixelAt(100 + 830, 600)[3], 0) << "ninth master";
-    EXPECT_EQ(context.pixelAt(100 + 930, 600)[3], 0) << "tenth master left out";
+    EXPECT_GT(context.pixelAt(100 + 30, 650)[3], 0) << "first master";
+    EXPECT_GT(context.pixelAt(100 + 830, 650)[3], 0) << "ninth master";
+    EXPECT_EQ(context.pixelAt(100 + 930, 650)[3], 0) << "tenth master left out";
 }

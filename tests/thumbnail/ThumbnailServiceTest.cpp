@@ -287,6 +287,8 @@ TEST(ThumbnailCommand, ExitStatusesAndOutput)
     EXPECT_EQ(cairo_image_surface_get_height(png), 64);
     cairo_surface_destroy(png);
 
+    EXPECT_EQ(run("-s 1 " + example + " " + out), 0) << "the smallest size";
+
     std::remove(out.c_str());
     EXPECT_EQ(run("/no/such/file.velmor " + out), 1);
     EXPECT_EQ(run("-s 0 " + example + " " + out), 64);

@@ -1,4 +1,4 @@
-#include "outline/VLDecomposeMatrix.h"
+#include "geometry/VLDecomposeMatrix.h"
 
 #include <cmath>
 #include <numbers>

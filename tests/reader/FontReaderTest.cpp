@@ -138,7 +138,9 @@ TEST(FontReader, EveryPrefixOfADocumentEndsCleanly)
             EXPECT_EQ(error.domain, "CFErrorDomain") << length;
             EXPECT_EQ(error.code, 3840) << length;
         }
-        if (length > glyphsOpen && length < glyphsClosed) EXPECT_EQ(font, nullptr) << "a glyph list cut at " << length;
+        if (length > glyphsOpen && length < glyphsClosed) {
+            EXPECT_EQ(font, nullptr) << "a glyph list cut at " << length;
+        }
         if (length < glyphsClosed || !font) continue;
         // Once the glyph list is whole, what stands before it was read, and the layers too.
         EXPECT_EQ(font->gridMain(), 2u) << length;

@@ -122,11 +122,11 @@ TEST(ResourceBounds, PathsLongerThanAnyContourFailTheirLayer)
 TEST(ResourceBounds, RepeatedShapeKeysReadInLinearTime)
 {
     std::string keys;
-    for (int i = 0; i < 50000; ++i) keys += "shapes = (\n{\nnodes = (\n(0,0,l)\n);\n}\n);\n";
+    for (size_t i = 0; i < VLLayerMaximumShapes; ++i) keys += "shapes = (\n{\nnodes = (\n(0,0,l)\n);\n}\n);\n";
     ScannedText text(keys + "}");
     auto layer = VLLayer::initWithVelmorParser_format(text.get(), 3);
     ASSERT_NE(layer, nullptr);
-    EXPECT_EQ(layer->countOfShapes(), 50000u);
+    EXPECT_EQ(layer->countOfShapes(), VLLayerMaximumShapes);
 }
 
 TEST(ResourceBounds, MastersBeyondAnyDesignSpaceFailTheDocument)
@@ -158,4 +158,37 @@ TEST(ResourceBounds, ComponentChainsAndCyclesEndWithoutRecursion)
         layer->bezierPath();
     }
     EXPECT_NE(font->glyphForName("g")->bezierPath(), nullptr);
+}
+
+TEST(ResourceBounds, LayersOfMoreShapesThanAnyGlyphFail)
+{
+    auto paths = [](size_t count) {
+        std::string list;
+        for (size_t i = 0; i < count; ++i) list += "{\nnodes = (\n(0,0,l)\n);\n},\n";
+        return list;
+    };
+    EXPECT_TRUE(layersRead(documentWithGlyphs(glyphWithShapes("A", paths(VLLayerMaximumShapes)))));
+    EXPECT_FALSE(layersRead(documentWithGlyphs(glyphWithShapes("A", paths(VLLayerMaximumShapes + 1)))));
+    // Lists repeated under their key count together.
+    std::string half = "shapes = (\n" + paths(VLLayerMaximumShapes / 2 + 1) + ");\n";
+    ScannedText text(half + half + "}");
+    EXPECT_EQ(VLLayer::initWithVelmorParser_format(text.get(), 3), nullptr);
+    EXPECT_EQ(text.message(), "Too many entries: VLShape");
+}
+
+TEST(ResourceBounds, AFontBoundsTheRecordsItsOutlinesBuild)
+{
+    // Two glyphs of 1 layer, 1 path and 10 nodes: 12 records each.
+    auto font = readFont(documentWithGlyphs(glyphWithShapes("A", pathOfListNodes(10)) +
+                                            glyphWithShapes("B", pathOfListNodes(10)) +
+                                            glyphWithShapes("C", "\"0 0 LINE;100 0 LINE;100 100 LINE\"\n")));
+    ASSERT_NE(font, nullptr);
+    EXPECT_EQ(*font->outlineRecordsLeft(), UINT64_MAX) << "unbounded unless a request bounds it";
+    font->setOutlineRecordsLeft(20);
+    EXPECT_TRUE(font->glyphForName("A")->readLayersFormat(3));
+    EXPECT_EQ(*font->outlineRecordsLeft(), 8u);
+    EXPECT_FALSE(font->glyphForName("B")->readLayersFormat(3)) << "the bound spans the glyphs";
+    font->setOutlineRecordsLeft(100);
+    EXPECT_TRUE(font->glyphForName("C")->readLayersFormat(3));
+    EXPECT_EQ(*font->outlineRecordsLeft(), 100u - 5u) << "nodes of the line form count too";
 }

@@ -33,7 +33,9 @@ TEST(PlistParseInfo, OpeningFailuresAreFileErrorsNamingTheFile)
 
     EXPECT_FALSE(openPlistParseInfo("/tmp/", &info));
     EXPECT_EQ(info.error->code, 3842);
-    EXPECT_EQ(suggestion(*info.error).rfind("Couldn’t open file: tmp (", 0), 0u);
+    EXPECT_EQ(suggestion(*info.error), "Couldn’t open file: tmp (Is a directory)");
+    EXPECT_FALSE(openPlistParseInfo("/dev/null", &info));
+    EXPECT_EQ(suggestion(*info.error), "Couldn’t open file: null (No such device)") << "not a regular file";
 }
 
 TEST(PlistParseInfo, OpensAFileInItsInitialState)

@@ -1,5 +1,6 @@
 #include "model/VLFont.h"
 #include "model/VLGlyph.h"
+#include "platform/VLError.h"
 
 #include <gtest/gtest.h>
 
@@ -123,4 +124,96 @@ TEST(PackageReader, NamesInTheOrderStayInsideTheGlyphFolder)
     ASSERT_NE(font, nullptr);
     EXPECT_EQ(font->glyphAtIndex(1), nullptr);
     EXPECT_EQ(font->glyphForName("x/../../outside"), nullptr);
+}
+
+namespace {
+
+size_t countOfMappings()
+{
+    std::ifstream maps("/proc/self/maps");
+    size_t lines = 0;
+    for (std::string line; std::getline(maps, line);) ++lines;
+    return lines;
+}
+
+} // namespace
+
+TEST(PackageReader, GlyphFilesKeepNoMappings)
+{
+    // A process may hold about 65,000 mappings; two a glyph file ended large packages.
+    Package package;
+    std::string order = "(\n";
+    for (int i = 0; i < 1000; ++i) {
+        package.glyph("g" + std::to_string(i) + ".glyph", "g" + std::to_string(i), i);
+        order += "g" + std::to_string(i) + ",\n";
+    }
+    package.write("order.plist", order + ")\n");
+    size_t before = countOfMappings();
+    auto font = package.read();
+    ASSERT_NE(font, nullptr);
+    EXPECT_EQ(font->count(), 1000u);
+    EXPECT_LT(countOfMappings(), before + 100);
+}
+
+TEST(PackageReader, NamesOfTheOrderAreLookedUpOnceEach)
+{
+    Package package;
+    // The file of "x" holds a glyph of another name, so that "x" is found through the order.
+    package.write("glyphs/x.glyph", "{\nglyphname = y;\ncategory = Mark;\nlayers = (\n);\n}\n");
+    std::string order = "(\n";
+    for (int i = 0; i < 1000; ++i) order += "x,\n\"x\\000" + std::to_string(i) + "\",\n";
+    package.write("order.plist", order + ")\n");
+    auto font = package.read();
+    ASSERT_NE(font, nullptr);
+    ASSERT_EQ(font->glyphFiles().size(), 2000u);
+    ASSERT_EQ(font->glyphFiles()[1].size(), 3u) << "a NUL byte in a name";
+    for (size_t i = 0; i < font->glyphFiles().size(); ++i) font->glyphAtIndex(i);
+    EXPECT_EQ(font->glyphForName("x")->name(), "y");
+    EXPECT_EQ(font->glyphAtIndex(1), nullptr) << "no file is named with a NUL byte";
+    EXPECT_EQ(font->count(), 2u) << "the file of x is read once more, by its name in the order";
+}
+
+TEST(PackageReader, LinksThatLeaveThePackageAreNotFollowed)
+{
+    Package outside;
+    outside.glyph("B_.glyph", "B", 1);
+    {
+        Package package;
+        package.glyph("A_.glyph", "A", 0);
+        package.write("order.plist", "(\nA,\nB\n)\n");
+        fs::create_symlink(package.folder / "glyphs" / "A_.glyph", package.folder / "glyphs" / "C_.glyph");
+        auto font = package.read();
+        ASSERT_NE(font, nullptr) << "a link inside the package is followed";
+        EXPECT_EQ(font->count(), 2u);
+        fs::create_symlink(outside.folder / "glyphs" / "B_.glyph", package.folder / "glyphs" / "B_.glyph");
+        VLError error;
+        EXPECT_EQ(package.read(&error), nullptr);
+        EXPECT_EQ(error.localizedDescription().find("B_.glyph") != std::string::npos, true) << error.description();
+        fs::remove(package.folder / "glyphs" / "B_.glyph");
+        font = package.read();
+        ASSERT_NE(font, nullptr);
+        fs::create_symlink(outside.folder / "glyphs" / "B_.glyph", package.folder / "glyphs" / "B_.glyph");
+        EXPECT_EQ(font->glyphForName("B"), nullptr) << "nor when a name of the order is looked up";
+    }
+    {
+        // Glyph files link only within the glyph folder; one whose name starts with the folder's
+        // is another folder.
+        Package package;
+        package.glyph("A_.glyph", "A", 0);
+        package.write("order.plist", "(\nA\n)\n");
+        fs::create_directory(package.folder / "glyphs-other");
+        package.glyph("../glyphs-other/B_.glyph", "B", 1);
+        fs::create_symlink(package.folder / "glyphs-other" / "B_.glyph", package.folder / "glyphs" / "B_.glyph");
+        EXPECT_EQ(package.read(), nullptr);
+    }
+    for (const char* member : {"fontinfo.plist", "order.plist", "glyphs"}) {
+        SCOPED_TRACE(member);
+        Package package;
+        package.glyph("A_.glyph", "A", 0);
+        package.write("order.plist", "(\nA\n)\n");
+        outside.write("order.plist", "(\nA\n)\n");
+        fs::remove_all(package.folder / member);
+        fs::create_symlink(outside.folder / member, package.folder / member);
+        EXPECT_EQ(package.read(), nullptr);
+    }
 }

@@ -128,17 +128,20 @@ TEST(PlistTruncation, EveryPrefixAsAFile)
 TEST(PlistTruncation, AFileOfWholePagesEndingInsideATokenIsFollowedByZeros)
 {
     const size_t page = static_cast<size_t>(sysconf(_SC_PAGESIZE));
-    for (std::string tail : {"width = 12345", "name = \"abc\\", "data = <0a1", "/", "p = \"{1, 2", "x = \xE2\x80",
-                             "list = (1, 2", "t = \"{1, 0, 0, 1, 1", "key"}) {
-        SCOPED_TRACE(tail);
-        std::string text = "{ ";
-        text += std::string(page - text.size() - tail.size(), ' ') + tail;
-        ASSERT_EQ(text.size(), page);
-        TemporaryFile file(text);
-        VLPlistParseInfo info;
-        ASSERT_TRUE(openPlistParseInfo(file.path.c_str(), &info));
-        for (size_t i = 0; i < page; ++i) ASSERT_EQ(info.end[i], 0) << "padding byte " << i;
-        readAll(info, false);
-        closePlistParseInfo(&info);
+    // A copied file and a mapped one.
+    for (size_t size : {page, VLPlistLargestCopiedFile + page}) {
+        for (std::string tail : {"width = 12345", "name = \"abc\\", "data = <0a1", "/", "p = \"{1, 2", "x = \xE2\x80",
+                                 "list = (1, 2", "t = \"{1, 0, 0, 1, 1", "key"}) {
+            SCOPED_TRACE(tail);
+            std::string text = "{ ";
+            text += std::string(size - text.size() - tail.size(), ' ') + tail;
+            ASSERT_EQ(text.size(), size);
+            TemporaryFile file(text);
+            VLPlistParseInfo info;
+            ASSERT_TRUE(openPlistParseInfo(file.path.c_str(), &info));
+            for (size_t i = 0; i < VLPlistZeroPadding; ++i) ASSERT_EQ(info.end[i], 0) << "padding byte " << i;
+            readAll(info, false);
+            closePlistParseInfo(&info);
+        }
     }
 }

@@ -54,7 +54,7 @@ std::shared_ptr<VLLayer> layerIn(const std::shared_ptr<VLFont>& font, const std:
 class PatternShape : public VLElement {
 public:
     explicit PatternShape(const std::string& file) { _attributes["fillPatternFile"] = Value(file); }
-    uint16_t shapeType() const override { return 8; }
+    VLShapeType shapeType() const override { return VLShapeType::Group; }
     std::shared_ptr<VLShape> copy() const override { return std::make_shared<PatternShape>(*this); }
 };
 
@@ -253,7 +253,7 @@ TEST(PostRead, ShapesOfCurrentLayers)
     auto emptyPath = VLPath::init;
     auto current = layerIn(font, "current");
     auto kept = VLPath::init();
-    kept->addNodeFastWithPosition_type_connection({0, 0}, VLNode::LINE, VLNode::SHARP);
+    kept->addNodeFastWithPosition_type_connection({0, 0}, VLNodeType::LINE, VLNode::SHARP);
     auto relative = std::make_shared<PatternShape>("patterns/./dots.png");
     auto absolute = std::make_shared<PatternShape>("/p/dots.png");
     current->setShapesFast({emptyPath(), kept, relative, emptyPath(), absolute});

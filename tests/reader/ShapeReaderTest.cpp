@@ -21,7 +21,7 @@ template <typename K> std::shared_ptr<K> readRecord(std::string_view text, uint8
 
 struct NodeExpectation {
     Point position;
-    uint8_t type;
+    VLNodeType type;
     uint8_t connection;
 };
 
@@ -39,13 +39,13 @@ void expectNode(std::string_view text, NodeExpectation expected, uint8_t format 
 
 TEST(NodeReader, LineAndListForms)
 {
-    expectNode("\"1 2 LINE\"", {{1, 2}, VLNode::LINE, VLNode::SHARP}, 1);
-    expectNode("\"1 2 OFFCURVE\"", {{1, 2}, VLNode::OFFCURVE, VLNode::SHARP}, 1);
-    expectNode("\"-1.5 2 CURVE SMOOTH\"", {{-1.5, 2}, VLNode::CURVE, VLNode::SMOOTH}, 1);
-    expectNode("(1,2,l)", {{1, 2}, VLNode::LINE, VLNode::SHARP});
+    expectNode("\"1 2 LINE\"", {{1, 2}, VLNodeType::LINE, VLNode::SHARP}, 1);
+    expectNode("\"1 2 OFFCURVE\"", {{1, 2}, VLNodeType::OFFCURVE, VLNode::SHARP}, 1);
+    expectNode("\"-1.5 2 CURVE SMOOTH\"", {{-1.5, 2}, VLNodeType::CURVE, VLNode::SMOOTH}, 1);
+    expectNode("(1,2,l)", {{1, 2}, VLNodeType::LINE, VLNode::SHARP});
     for (const char* smooth : {"(1,2,c,s)", "(1,2,cs)", "(1,2,c s)"})
-        expectNode(smooth, {{1, 2}, VLNode::CURVE, VLNode::SMOOTH});
-    expectNode("(3,4,o)", {{3, 4}, VLNode::OFFCURVE, VLNode::SHARP});
+        expectNode(smooth, {{1, 2}, VLNodeType::CURVE, VLNode::SMOOTH});
+    expectNode("(3,4,o)", {{3, 4}, VLNodeType::OFFCURVE, VLNode::SHARP});
 
     auto withData = readRecord<VLNode>("(1,2,l,{name = x;})");
     ASSERT_NE(withData, nullptr);
@@ -88,7 +88,7 @@ TEST(ShapeReader, FactoryMakesPathsAndComponents)
 
     auto path = readRecord<VLShape>("closed = 1;\nnodes = (\n(1,1,l)\n);\n}");
     ASSERT_NE(path, nullptr);
-    EXPECT_EQ(path->shapeType(), VLShape::VLShapeTypePath);
+    EXPECT_EQ(path->shapeType(), VLShapeType::Path);
     EXPECT_EQ(readRecord<VLShape>("closed = 1;\n}"), nullptr) << "neither nodes nor a reference";
 }
 
@@ -120,8 +120,8 @@ TEST(RecordReaders, AnchorsHintsAndBackgroundImages)
     EXPECT_EQ(line->name(), "bottom");
     EXPECT_EQ(line->position(), (Point{100, 200}));
 
-    EXPECT_EQ(readRecord<VLHint>("target = down;\n}")->type(), -1);
-    EXPECT_EQ(readRecord<VLHint>("target = up;\n}")->type(), 1);
+    EXPECT_EQ(readRecord<VLHint>("target = down;\n}")->type(), VLHintType::TopGhost);
+    EXPECT_EQ(readRecord<VLHint>("target = up;\n}")->type(), VLHintType::BottomGhost);
     auto stem = readRecord<VLHint>("origin = (0,3);\ntarget = (0,7);\nhorizontal = 1;\n}");
     ASSERT_NE(stem, nullptr);
     EXPECT_EQ(stem->originIndex(), (VLIndexPath{0, 3}));
@@ -208,8 +208,8 @@ TEST(LayerReader, ShapeOrderOfOlderLayers)
     ASSERT_NE(layer, nullptr);
     ASSERT_EQ(layer->countOfShapes(), 4u);
     const auto& shapes = layer->shapes();
-    ASSERT_EQ(shapes[0]->shapeType(), VLShape::VLShapeTypePath);
-    ASSERT_EQ(shapes[1]->shapeType(), VLShape::VLShapeTypePath);
+    ASSERT_EQ(shapes[0]->shapeType(), VLShapeType::Path);
+    ASSERT_EQ(shapes[1]->shapeType(), VLShapeType::Path);
     EXPECT_EQ(static_cast<const VLPath&>(*shapes[0]).count(), 2) << "the later paths first";
     EXPECT_EQ(static_cast<const VLPath&>(*shapes[1]).count(), 1);
     EXPECT_EQ(static_cast<const VLComponent&>(*shapes[2]).componentName(), "B");

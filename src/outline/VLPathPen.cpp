@@ -1,4 +1,4 @@
-#include "geometry/VLPathPen.h"
+#include "outline/VLPathPen.h"
 
 #include "model/VLLayer.h"
 #include "outline/VLHint.h"
@@ -41,7 +41,7 @@ void VLPathPen::lineTo_connection_selected(Point point, uint8_t connection, bool
     if (!_currPath) [[unlikely]]
         beginPath();
     Point p = transformed(point);
-    _currPath->addNodeFastWithPosition_type_connection(p, VLNode::LINE, connection);
+    _currPath->addNodeFastWithPosition_type_connection(p, VLNodeType::LINE, connection);
     _currPath->setClosed(false);
     _lastPoint = p;
 }
@@ -73,10 +73,10 @@ void VLPathPen::_qCurveTo(std::span<const Point> points)
     if (!_currPath) [[unlikely]]
         beginPath();
     for (Point point : points)
-        _currPath->addNodeFastWithPosition_type_connection(transformed(point), VLNode::OFFCURVE, VLNode::SHARP);
+        _currPath->addNodeFastWithPosition_type_connection(transformed(point), VLNodeType::OFFCURVE, VLNode::SHARP);
     if (_lastPoint.x < VLUnsetValue && !points.empty()) {
         const auto& last = _currPath->nodes().back();
-        last->setTypeFast(VLNode::QCURVE);
+        last->setTypeFast(VLNodeType::QCURVE);
         _lastPoint = last->position();
     }
 }
@@ -88,7 +88,7 @@ void VLPathPen::closePath()
     if (hasNodes()) {
         _currPath->setClosed(true);
         auto nodes = _currPath->nodes();
-        if (nodes.front()->type() == VLNode::LINE && nodes.back()->type() != VLNode::CURVE) {
+        if (nodes.front()->type() == VLNodeType::LINE && nodes.back()->type() != VLNodeType::CURVE) {
             std::rotate(nodes.begin(), nodes.begin() + 1, nodes.end());
             _currPath->setNodesFast(std::move(nodes));
         }
@@ -103,7 +103,7 @@ void VLPathPen::endPath()
 
 void VLPathPen::addComponent_transformation(const std::shared_ptr<VLShape>& component, const AffineTransform*)
 {
-    if (!component || component->shapeType() != VLShape::VLShapeTypeComponent) return;
+    if (!component || component->shapeType() != VLShapeType::Component) return;
     _layer->addShapeFast(component->copy());
 }
 

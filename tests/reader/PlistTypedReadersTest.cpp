@@ -1,5 +1,5 @@
 #include "support/PlistTestSupport.h"
-#include "model/VLUnsetValue.h"
+#include "platform/VLUnsetValue.h"
 #include "reader/VLPlistTypedReaders.h"
 
 #include <gtest/gtest.h>

@@ -116,3 +116,16 @@ TEST(BinaryPlist, HostileReferencesAreRefused)
         EXPECT_FALSE(binaryPlistIsSafe(outside.bytes(3))) << "a top object past the objects";
     }
 }
+
+TEST(BinaryPlist, LongArraysReadInLinearTime)
+{
+    // libplist's lookup by index walks the array from its start: 100,000 items took minutes.
+    BinaryPlist plist;
+    std::vector<uint64_t> items;
+    for (int i = 0; i < 100000; ++i) items.push_back(plist.ascii(std::to_string(i)));
+    auto root = parseBinaryOrXMLPropertyList(plist.bytes(plist.array(items)));
+    ASSERT_TRUE(root && root->isArray());
+    ASSERT_EQ(root->count(), 100000u);
+    EXPECT_EQ(root->array()[0].string(), "0");
+    EXPECT_EQ(root->array()[99999].string(), "99999");
+}

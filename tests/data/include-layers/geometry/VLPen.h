@@ -1,0 +1,4 @@
+#pragma once
+
+#include "model/VLRecord.h"
+#include "platform/Geometry.h"

@@ -1,0 +1,4 @@
+#pragma once
+
+#include "geometry/VLPen.h"
+#include "model/VLOther.h"
