@@ -10,9 +10,9 @@ namespace {
 
 // Two vectors of 32 bytes; unquoted characters and line space are looked up by nibble.
 struct ClassesAVX2 {
-    static __m256i table(const std::array<uint8_t, 16>& bytes)
+    static __m256i table(const std::array<uint8_t, 64>& bytes)
     {
-        return _mm256_broadcastsi128_si256(_mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes.data())));
+        return _mm256_loadu_si256(reinterpret_cast<const __m256i*>(bytes.data()));
     }
     template <typename Test> static uint64_t bits(const uint8_t* p, Test test)
     {

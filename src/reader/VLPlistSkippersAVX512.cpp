@@ -11,12 +11,7 @@ namespace {
 // One vector of 64 bytes, compared into mask registers; unquoted characters and line space are
 // looked up by nibble.
 struct ClassesAVX512 {
-    static __m512i table(const std::array<uint8_t, 16>& bytes)
-    {
-        __m128i lane = _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes.data()));
-        return _mm512_inserti64x4(_mm512_castsi256_si512(_mm256_broadcastsi128_si256(lane)),
-                                  _mm256_broadcastsi128_si256(lane), 1);
-    }
+    static __m512i table(const std::array<uint8_t, 64>& bytes) { return _mm512_loadu_si512(bytes.data()); }
     static uint64_t is(__m512i x, char c) { return _mm512_cmpeq_epi8_mask(x, _mm512_set1_epi8(c)); }
 
     static PlistBlockClasses list(const uint8_t* p)

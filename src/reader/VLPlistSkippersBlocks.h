@@ -41,27 +41,37 @@ struct PlistBlockClasses {
 // Lookups by nibble for the instruction sets that have a byte shuffle, made from the scanner's own
 // character classes. For each low nibble: a bit for each high nibble from 0 to 7 whose byte is an
 // unquoted character, and the line-space byte with that low nibble (0x80, which no byte below 0x80
-// equals, where there is none).
-constexpr std::array<uint8_t, 16> plistUnquotedByLowNibble = [] {
-    std::array<uint8_t, 16> rows{};
-    for (int c = 0; c < 0x80; ++c)
-        if (isPlistUnquotedCharacter(static_cast<uint8_t>(c))) rows[c & 15] |= static_cast<uint8_t>(1 << (c >> 4));
-    return rows;
-}();
-constexpr std::array<uint8_t, 16> plistHighNibbleBits = {1, 2, 4, 8, 16, 32, 64, 128, 0, 0, 0, 0, 0, 0, 0, 0};
-constexpr std::array<uint8_t, 16> plistSpaceByLowNibble = [] {
-    std::array<uint8_t, 16> bytes{};
-    bytes.fill(0x80);
-    for (int c = 0; c < 0x80; ++c)
-        if (isPlistLineSpace(static_cast<uint8_t>(c))) bytes[c & 15] = static_cast<uint8_t>(c);
-    return bytes;
-}();
+// equals, where there is none). The shuffle looks up each lane of 16 bytes in its own copy of the
+// table, so the tables repeat for vectors of up to 64 bytes.
+template <typename ByLowNibble> constexpr std::array<uint8_t, 64> plistNibbleTable(ByLowNibble entry)
+{
+    std::array<uint8_t, 64> table{};
+    for (int i = 0; i < 64; ++i) table[i] = entry(i & 15);
+    return table;
+}
+constexpr std::array<uint8_t, 64> plistUnquotedByLowNibble = plistNibbleTable([](int low) {
+    uint8_t row = 0;
+    for (int high = 0; high < 8; ++high)
+        if (isPlistUnquotedCharacter(static_cast<uint8_t>(high << 4 | low))) row |= static_cast<uint8_t>(1 << high);
+    return row;
+});
+constexpr std::array<uint8_t, 64> plistHighNibbleBits =
+    plistNibbleTable([](int high) { return static_cast<uint8_t>(high < 8 ? 1 << high : 0); });
+constexpr std::array<uint8_t, 64> plistSpaceByLowNibble = plistNibbleTable([](int low) {
+    for (int high = 0; high < 8; ++high)
+        if (isPlistLineSpace(static_cast<uint8_t>(high << 4 | low))) return static_cast<uint8_t>(high << 4 | low);
+    return uint8_t{0x80};
+});
+// The lookups agree with the scanner's classes for every byte, as the shuffles use them: a byte
+// from 0x80 on shuffles to 0, and its high nibble has no bit.
 static_assert([] {
-    int spaces = 0;
-    for (int c = 0; c < 256; ++c) spaces += isPlistLineSpace(static_cast<uint8_t>(c));
-    for (int c = 0x80; c < 256; ++c)
-        if (isPlistUnquotedCharacter(static_cast<uint8_t>(c))) return false;
-    return spaces == 4; // one per low nibble, all below 0x80
+    for (int c = 0; c < 256; ++c) {
+        auto byte = static_cast<uint8_t>(c);
+        bool unquoted = (plistUnquotedByLowNibble[c & 15] & plistHighNibbleBits[c >> 4]) != 0;
+        uint8_t shuffled = c & 0x80 ? 0 : plistSpaceByLowNibble[c & 15];
+        if (unquoted != isPlistUnquotedCharacter(byte) || (shuffled == byte) != isPlistLineSpace(byte)) return false;
+    }
+    return true;
 }());
 
 // What passes from one block to the next: 1 in the field of what the last token allows next while
@@ -127,6 +137,26 @@ inline int pairPlistBrackets(uint64_t openers, uint64_t closers, uint64_t valueO
     return -1;
 }
 
+// The bytes of some class; the others end the bytes a block can check itself.
+inline uint64_t knownPlistBytes(const PlistBlockClasses& c)
+{
+    return c.unquoted | c.space | c.openParen | c.closeParen | c.comma | c.openBrace | c.closeBrace | c.semicolon |
+           c.equals;
+}
+
+// Takes the bytes of `bits` out of every class but the unquoted characters.
+inline void removePlistClasses(PlistBlockClasses& c, uint64_t bits)
+{
+    c.space &= ~bits;
+    c.openParen &= ~bits;
+    c.closeParen &= ~bits;
+    c.comma &= ~bits;
+    c.openBrace &= ~bits;
+    c.closeBrace &= ~bits;
+    c.semicolon &= ~bits;
+    c.equals &= ~bits;
+}
+
 // Quoted strings that open and close within the block count as runs of unquoted characters, which
 // the grammar takes the same way, where they hold no backslash and stand apart from other runs and
 // strings; the others end the checked bytes, and the skippers' own loop steps over them.
@@ -139,9 +169,7 @@ inline uint64_t absorbPlistStrings(PlistBlockClasses& c, uint64_t known, uint64_
         bool apart = !(c.unquoted & (open >> 1)) && !(open == 1 && inRun) && !((c.unquoted | c.quote) & (close << 1));
         if (!close || close >> 63 || (string & c.backslash) || !apart) break;
         c.unquoted |= string;
-        for (uint64_t* bits : {&c.space, &c.openParen, &c.closeParen, &c.comma, &c.openBrace, &c.closeBrace,
-                               &c.semicolon, &c.equals})
-            *bits &= ~string;
+        removePlistClasses(c, string);
         known |= string;
     }
     return known;
@@ -166,15 +194,13 @@ inline PlistBlockEnd scanPlistBlock(PlistBlockClasses c, PlistBlockCarry& carry,
         c.openBrace = c.closeBrace = c.semicolon = c.equals = 0;
         carry.key = carry.value = carry.valueEnd = carry.valueOpener = 0;
     } else {
-        uint64_t known = c.unquoted | c.space | c.openParen | c.closeParen | c.comma | c.openBrace | c.closeBrace |
-                         c.semicolon | c.equals;
+        uint64_t known = knownPlistBytes(c);
         if (~known) known = absorbPlistStrings(c, known, carry.inRun);
         if (~known) {
             stop = __builtin_ctzll(~known);
             outside = ~uint64_t{0} << stop;
-            for (uint64_t* bits : {&c.unquoted, &c.openParen, &c.closeParen, &c.comma, &c.openBrace, &c.closeBrace,
-                                   &c.semicolon, &c.equals})
-                *bits &= ~outside;
+            c.unquoted &= ~outside;
+            removePlistClasses(c, outside);
         }
     }
     uint64_t openers = c.openParen | c.openBrace;
@@ -212,12 +238,11 @@ inline PlistBlockEnd scanPlistBlock(PlistBlockClasses c, PlistBlockCarry& carry,
     if (!listOnly || valueClosers) behindValue = plistFollowers(words, (atValue & unquoted) | valueClosers << 1, carry.valueEnd);
     carry.itemEnd |= itemClosers >> 63;
     carry.valueEnd |= valueClosers >> 63;
-    uint64_t punctuation = openers | closers | c.comma | c.semicolon | c.equals;
-    uint64_t behindKey = (runStarts | punctuation) & ~(starts | behindItem | behindValue);
-    uint64_t wrong = (atItem & ~(unquoted | openers | c.closeParen)) | (atKey & ~(unquoted | c.closeBrace)) |
-                     (atValue & ~(unquoted | openers)) | (runStarts & ~starts) |
-                     (behindItem & ~(c.comma | c.closeParen)) | (behindValue & ~c.semicolon) |
-                     (behindKey & ~(c.equals | c.semicolon));
+    // Each token follows exactly one token, so the sets above and the tokens behind keys, which are
+    // all the others, divide the tokens among them; each kind of token may stand in some of them.
+    uint64_t wrong = (runStarts & ~starts) | (openers & ~(atItem | atValue)) | (c.closeParen & ~(atItem | behindItem)) |
+                     (c.closeBrace & ~atKey) | (c.comma & ~behindItem) | (c.semicolon & (starts | behindItem)) |
+                     (c.equals & (starts | behindItem | behindValue));
     if (wrong & ~outside) return {PlistBlockEnd::givenUp, 0};
     if (closing >= 0) return {PlistBlockEnd::closed, closing};
     carry.inRun = unquoted >> 63;

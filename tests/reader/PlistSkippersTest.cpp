@@ -248,6 +248,16 @@ TEST(PlistSkippers, StructuralScanLeavesAnythingUnusualToTheScalarPath)
     }
 }
 
+TEST(PlistSkippers, PathsAgreeOnEveryByteValue)
+{
+    for (int c = 0; c < 256; ++c) {
+        std::string byte(1, static_cast<char>(c));
+        for (const std::string& text : {"(a" + byte + "b, c)", "(" + byte + ")", "{k = " + byte + ";}", "{" + byte + " = v;}",
+                                        "(\"" + byte + "\")", "( x," + byte + byte + ")"})
+            expectPathsAgree(text);
+    }
+}
+
 TEST(PlistSkippers, PathsAgreeOnEveryOneByteChangeOfWellFormedText)
 {
     const std::string sample = "{a = (1,2,{b = \"c\\\"\";},<0f>,); \"d\" = {e;};}";
