@@ -210,7 +210,9 @@ bool skipDictContent(VLPlistParseInfo* info)
 const uint8_t* closingByStructure(const VLPlistParseInfo* info, const uint8_t* content, bool dictionary)
 {
     VLPlistStructureScan scan = plistStructureScan();
-    if (!scan || info->depth >= VLPlistMaximumNesting) return nullptr;
+    // The scan reads whole blocks, which stay within the zero bytes behind the text only when they
+    // start within it.
+    if (!scan || info->depth >= VLPlistMaximumNesting || content > info->end) return nullptr;
     return scan(content, info->end, dictionary, VLPlistMaximumNesting - info->depth);
 }
 

@@ -233,6 +233,11 @@ TEST(PlistSkippers, StructuralScanEndsAtTheEndOfTheMapping)
         expectPathsAgree(open);
         expectScanEnds(open, std::nullopt);
     }
+    // Content that starts behind an opening bracket, also where nothing is left, not even the bracket.
+    for (const char* text : {"", "{", "(", "{}"}) {
+        expectPathsAgree(text, [](VLPlistParseInfo* info) { return ++info->curr, skipPlistDictContent(info); });
+        expectPathsAgree(text, [](VLPlistParseInfo* info) { return ++info->curr, skipPlistArrayContent(info); });
+    }
 }
 
 TEST(PlistSkippers, StructuralScanLeavesAnythingUnusualToTheScalarPath)
@@ -256,6 +261,21 @@ TEST(PlistSkippers, PathsAgreeOnEveryByteValue)
                                         "(\"" + byte + "\")", "( x," + byte + byte + ")"})
             expectPathsAgree(text);
     }
+}
+
+TEST(PlistSkippers, TokensThatMeetAtTheEdgeOfABlockEndAlike)
+{
+    // The scan starts behind the opening bracket, so the byte at `edge` of the content opens the
+    // second block: a run or a string ends on one side, and a string or a run starts on the other.
+    for (size_t edge = 62; edge <= 65; ++edge) {
+        std::string pad(edge - 1, ' ');
+        for (const char* tail : {"a\"b\", c)", "\"a\"b, c)", "\"a\"\"b\")", "a\"b\"c)"})
+            expectPathsAgree("(" + pad + tail);
+        expectPathsAgree("{" + pad + "k = a\"b\";}");
+    }
+    // A value that closes on the first byte of a block, with text behind it that no value allows.
+    expectScanEnds("(" + std::string(64, ' ') + ") x y", 65);
+    expectScanEnds("{" + std::string(64, '\n') + "} x y", 65);
 }
 
 TEST(PlistSkippers, PathsAgreeOnEveryOneByteChangeOfWellFormedText)
