@@ -10,8 +10,8 @@
 #include <algorithm>
 #include <charconv>
 #include <cstdint>
-#include <iterator>
 #include <cstdlib>
+#include <iterator>
 #include <utility>
 
 namespace {

@@ -60,7 +60,7 @@ std::string hexStringFromInt(int64_t value)
 {
     // Every glyph's code points pass here while a document is read, too often for snprintf.
     auto digits = static_cast<uint32_t>(value < 0 ? 0 - static_cast<uint64_t>(value) : static_cast<uint64_t>(value));
-    char text[9];
+    char text[8];
     char* start = std::end(text);
     do *--start = "0123456789ABCDEF"[digits & 15];
     while (digits >>= 4);
