@@ -6,16 +6,26 @@
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
+#include <chrono>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
+#include <fcntl.h>
+#include <spawn.h>
 #include <string>
+#include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
+#include <vector>
 
-// The generated documents, by the paths bench/CMakeLists.txt gives them.
+extern char** environ;
+
+// The generated documents, by the paths bench/CMakeLists.txt gives them, and the smallest example.
 inline const char* const benchTextDocument = VELMOR_BENCH_TEXT;
 inline const char* const benchPackageDocument = VELMOR_BENCH_PACKAGE;
+inline const char* const benchRealSizeDocument = VELMOR_BENCH_REAL_SIZE;
+inline const char* const benchSmallestDocument = VELMOR_EXAMPLES "/Velmor-Sample.velmor";
 
 // A benchmark over a missing document says how to make it instead of measuring a failure.
 inline bool benchDocumentMissing(benchmark::State& state, const char* path)
@@ -64,4 +74,49 @@ inline bool benchThumbnail(const std::string& document, int side, const std::str
             written = context.writePNG(png, width, height);
         });
     return written;
+}
+
+inline double benchSecondsSince(std::chrono::steady_clock::time_point start)
+{
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
+struct BenchChildRun {
+    int status = -1;
+    long maxResidentKiB = 0;
+    double seconds = 0;     // wall time
+    double cpuSeconds = 0;  // user and system time of the child
+};
+
+// Runs the command with these arguments and its messages discarded: its own figures, not those of
+// earlier children.
+inline BenchChildRun benchRunCommand(std::vector<const char*> arguments)
+{
+    posix_spawn_file_actions_t actions;
+    posix_spawn_file_actions_init(&actions);
+    posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
+    posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
+    arguments.insert(arguments.begin(), VELMOR_THUMBNAILER);
+    arguments.push_back(nullptr);
+    char** argv = const_cast<char**>(arguments.data());
+    pid_t pid;
+    BenchChildRun run;
+    auto start = std::chrono::steady_clock::now();
+    if (posix_spawn(&pid, argv[0], &actions, nullptr, argv, environ) == 0) {
+        struct rusage usage;
+        if (wait4(pid, &run.status, 0, &usage) == pid) {
+            run.seconds = benchSecondsSince(start);
+            run.maxResidentKiB = usage.ru_maxrss;
+            auto seconds = [](const timeval& t) { return static_cast<double>(t.tv_sec) + t.tv_usec / 1e6; };
+            run.cpuSeconds = seconds(usage.ru_utime) + seconds(usage.ru_stime);
+        }
+    }
+    posix_spawn_file_actions_destroy(&actions);
+    return run;
+}
+
+// What a file browser runs for one thumbnail: `velmor-thumbnailer -s 256 DOCUMENT PNG`.
+inline BenchChildRun benchRunThumbnailCommand(const char* document, const std::string& png)
+{
+    return benchRunCommand({"-s", "256", document, png.c_str()});
 }

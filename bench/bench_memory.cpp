@@ -6,14 +6,8 @@
 #include "BenchSupport.h"
 
 #include <atomic>
-#include <fcntl.h>
 #include <malloc.h>
 #include <new>
-#include <spawn.h>
-#include <sys/resource.h>
-#include <sys/wait.h>
-
-extern char** environ;
 
 namespace {
 
@@ -27,28 +21,6 @@ void noteAllocation(size_t size)
     while (now > peak && !heapPeak.compare_exchange_weak(peak, now, std::memory_order_relaxed)) {}
 }
 
-struct ChildRun {
-    int status = -1;
-    long maxResidentKiB = 0;
-};
-
-// Runs the command with its messages discarded; its own peak, not that of earlier children.
-ChildRun runCommand(const char* document, const std::string& png)
-{
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
-    const char* argv[] = {VELMOR_THUMBNAILER, "-s", "256", document, png.c_str(), nullptr};
-    pid_t pid;
-    ChildRun run;
-    if (posix_spawn(&pid, argv[0], &actions, nullptr, const_cast<char**>(argv), environ) == 0) {
-        struct rusage usage;
-        if (wait4(pid, &run.status, 0, &usage) == pid) run.maxResidentKiB = usage.ru_maxrss;
-    }
-    posix_spawn_file_actions_destroy(&actions);
-    return run;
-}
-
 benchmark::Counter bytes(double value)
 {
     return benchmark::Counter(value, benchmark::Counter::kDefaults, benchmark::Counter::OneK::kIs1024);
@@ -58,10 +30,10 @@ void BM_CommandPeakRSS(benchmark::State& state, const char* path)
 {
     if (benchDocumentMissing(state, path)) return;
     BenchTemporaryPNG png;
-    ChildRun run;
+    BenchChildRun run;
     long peak = 0;
     for (auto _ : state) {
-        run = runCommand(path, png.path());
+        run = benchRunThumbnailCommand(path, png.path());
         if (run.maxResidentKiB == 0) return state.SkipWithError("the command could not be run");
         peak = std::max(peak, run.maxResidentKiB);
     }

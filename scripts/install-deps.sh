@@ -5,7 +5,7 @@ set -euo pipefail
 
 packages=(
   build-essential cmake pkg-config
-  libcairo2-dev libplist-dev libicu-dev
+  libcairo2-dev zlib1g-dev libplist-dev libicu-dev
   libgtest-dev libgmock-dev libbenchmark-dev
   clang libclang-rt-14-dev libfuzzer-14-dev bubblewrap
   tumbler dbus dbus-bin shared-mime-info python3-gi gir1.2-gnomedesktop-3.0

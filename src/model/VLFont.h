@@ -5,11 +5,12 @@
 #include "platform/Value.h"
 
 #include <cstdint>
-#include <map>
 #include <memory>
 #include <optional>
 #include <set>
 #include <string>
+#include <string_view>
+#include <unordered_map>
 #include <unordered_set>
 #include <vector>
 
@@ -72,7 +73,12 @@ public:
     std::vector<std::shared_ptr<VLGlyph>> allGlyphs() const;
 
     // Look-ups; glyphs of imported fonts answer after the font's own.
-    using GlyphIndex = std::map<std::string, std::shared_ptr<VLGlyph>, std::less<>>;
+    // Hashed: a document of many glyphs builds its name index on every read and frees it after.
+    struct GlyphIndexHash {
+        using is_transparent = void;
+        size_t operator()(std::string_view key) const { return std::hash<std::string_view>{}(key); }
+    };
+    using GlyphIndex = std::unordered_map<std::string, std::shared_ptr<VLGlyph>, GlyphIndexHash, std::equal_to<>>;
 
     // A glyph of a package that is not loaded yet is read from its file when it is named.
     std::shared_ptr<VLGlyph> glyphForName(const std::string& name);

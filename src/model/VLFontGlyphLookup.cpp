@@ -33,6 +33,7 @@ void VLFont::prepareName2Glyph()
 {
     if (_glyphs.empty()) return;
     _name2Glyph.clear();
+    _name2Glyph.reserve(_glyphs.size());
     // Assigning in order lets the later of two glyphs of one name win.
     for (const auto& glyph : _glyphs) _name2Glyph[glyph->name()] = glyph;
 }

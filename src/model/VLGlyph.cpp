@@ -5,11 +5,13 @@
 #include "model/VLLayer.h"
 #include "model/VLPartProperty.h"
 #include "model/VLUserData.h"
-#include "platform/StringFormat.h"
 #include "platform/UUID.h"
 
 #include <algorithm>
+#include <charconv>
+#include <cstdint>
 #include <cstdlib>
+#include <iterator>
 #include <utility>
 
 namespace {
@@ -33,7 +35,10 @@ std::shared_ptr<VLGlyph> VLGlyph::init()
 std::shared_ptr<VLGlyph> VLGlyph::initFast()
 {
     auto glyph = std::make_shared<VLGlyph>();
-    glyph->_id = stringWithFormat("%p", static_cast<void*>(glyph.get()));
+    // The address as "%p" writes it, without the formatting: a reader makes every glyph this way.
+    char digits[2 * sizeof(uintptr_t)];
+    auto address = reinterpret_cast<uintptr_t>(glyph.get());
+    glyph->_id = "0x" + std::string(digits, std::to_chars(std::begin(digits), std::end(digits), address, 16).ptr);
     return glyph;
 }
 

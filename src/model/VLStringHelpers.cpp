@@ -1,8 +1,8 @@
 #include "model/VLStringHelpers.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <cstdlib>
+#include <iterator>
 
 namespace {
 
@@ -58,10 +58,14 @@ int32_t hexStringToInt(std::string_view s)
 
 std::string hexStringFromInt(int64_t value)
 {
-    uint64_t magnitude = value < 0 ? 0 - static_cast<uint64_t>(value) : static_cast<uint64_t>(value);
-    char text[16];
-    std::snprintf(text, sizeof text, "%s%X", value < 0 ? "-" : "", static_cast<uint32_t>(magnitude));
-    return text;
+    // Every glyph's code points pass here while a document is read, too often for snprintf.
+    auto digits = static_cast<uint32_t>(value < 0 ? 0 - static_cast<uint64_t>(value) : static_cast<uint64_t>(value));
+    char text[8];
+    char* start = std::end(text);
+    do *--start = "0123456789ABCDEF"[digits & 15];
+    while (digits >>= 4);
+    std::string result = value < 0 ? "-" : "";
+    return result.append(start, std::end(text));
 }
 
 double lenientDoubleValue(std::string_view s)

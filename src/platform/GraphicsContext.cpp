@@ -1,5 +1,7 @@
 #include "platform/GraphicsContext.h"
 
+#include "platform/PNGEncoding.h"
+
 #include <cairo.h>
 
 #include <algorithm>
@@ -118,23 +120,12 @@ std::array<uint8_t, 4> GraphicsContext::pixelAt(int x, int y) const
 
 std::vector<uint8_t> GraphicsContext::encodePNG(int width, int height) const
 {
-    std::vector<uint8_t> bytes;
-    if (width < 1 || height < 1 || width > _width || height > _height) return bytes;
+    if (width < 1 || height < 1 || width > _width || height > _height) return {};
     cairo_surface_flush(_surface);
-    cairo_surface_t* part = cairo_image_surface_create(CAIRO_FORMAT_ARGB32, width, height);
-    cairo_t* cr = cairo_create(part);
-    cairo_set_source_surface(cr, _surface, 0, -(_height - height));
-    cairo_set_operator(cr, CAIRO_OPERATOR_SOURCE);
-    cairo_paint(cr);
-    cairo_destroy(cr);
-    auto append = [](void* closure, const unsigned char* data, unsigned int length) {
-        auto* out = static_cast<std::vector<uint8_t>*>(closure);
-        out->insert(out->end(), data, data + length);
-        return CAIRO_STATUS_SUCCESS;
-    };
-    if (cairo_surface_write_to_png_stream(part, append, &bytes) != CAIRO_STATUS_SUCCESS) bytes.clear();
-    cairo_surface_destroy(part);
-    return bytes;
+    int stride = cairo_image_surface_get_stride(_surface);
+    // The part at the bottom-left corner: the last `height` rows of the surface, whose rows run down.
+    const uint8_t* rows = cairo_image_surface_get_data(_surface) + static_cast<ptrdiff_t>(_height - height) * stride;
+    return encodePNGFromPremultipliedARGB(rows, stride, width, height);
 }
 
 bool GraphicsContext::writePNG(const std::string& path, int width, int height) const

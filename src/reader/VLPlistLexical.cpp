@@ -55,3 +55,25 @@ bool skipPlistSpace(VLPlistParseInfo* info)
     }
     return false;
 }
+
+const uint8_t* plistQuotedStringEnd(const uint8_t* start, const uint8_t* end)
+{
+    for (const uint8_t* p = start; p < end;) {
+        auto quote = static_cast<const uint8_t*>(std::memchr(p, '"', static_cast<size_t>(end - p)));
+        if (!quote) return nullptr;
+        const uint8_t* backslashes = quote;
+        while (backslashes > start && backslashes[-1] == '\\') --backslashes;
+        p = quote + 1;
+        if ((quote - backslashes) % 2 == 0) return p;
+    }
+    return nullptr;
+}
+
+const uint8_t* plistDataEnd(const uint8_t* start, const uint8_t* end)
+{
+    for (const uint8_t* p = start; p < end; ++p) {
+        if (*p == '>') return p + 1;
+        if (*p == '\n' || *p == 0) return nullptr;
+    }
+    return nullptr;
+}

@@ -9,7 +9,7 @@
 // an end pointer: each stops at a zero byte, and the region behind a document is zero.
 
 // TAB, LF, CR, space.
-inline bool isPlistLineSpace(uint8_t c)
+constexpr bool isPlistLineSpace(uint8_t c)
 {
     return c == '\t' || c == '\n' || c == '\r' || c == ' ';
 }
@@ -25,16 +25,17 @@ inline bool isPlistDigit(uint8_t c)
     return c >= '0' && c <= '9';
 }
 
-inline bool isPlistUnquotedCharacter(uint8_t c)
+inline constexpr std::array<bool, 256> plistUnquotedCharacters = [] {
+    std::array<bool, 256> t{};
+    for (int c = '0'; c <= '9'; ++c) t[static_cast<size_t>(c)] = true;
+    for (int c = 'a'; c <= 'z'; ++c) t[static_cast<size_t>(c)] = t[static_cast<size_t>(c - 'a' + 'A')] = true;
+    for (char c : {'$', '-', '.', '/', ':', '_'}) t[static_cast<uint8_t>(c)] = true;
+    return t;
+}();
+
+constexpr bool isPlistUnquotedCharacter(uint8_t c)
 {
-    static constexpr std::array<bool, 256> table = [] {
-        std::array<bool, 256> t{};
-        for (int c = '0'; c <= '9'; ++c) t[static_cast<size_t>(c)] = true;
-        for (int c = 'a'; c <= 'z'; ++c) t[static_cast<size_t>(c)] = t[static_cast<size_t>(c - 'a' + 'A')] = true;
-        for (char c : {'$', '-', '.', '/', ':', '_'}) t[static_cast<uint8_t>(c)] = true;
-        return t;
-    }();
-    return table[c];
+    return plistUnquotedCharacters[c];
 }
 
 // Value of a hexadecimal digit, or -1.
@@ -69,3 +70,11 @@ inline const uint8_t* skipPlistTabLinefeedAndSpace(const uint8_t* p)
 
 // Passes space and comments; true if a token follows, false at the end of the input.
 bool skipPlistSpace(VLPlistParseInfo* info);
+
+// Behind the double quote that ends a string whose text starts at `start`, or null when none does
+// before `end`. A double quote after an odd number of backslashes does not end it.
+const uint8_t* plistQuotedStringEnd(const uint8_t* start, const uint8_t* end);
+
+// Behind the ">" that ends data whose digits start at `start`, or null: data that spans lines,
+// or meets a zero byte or `end`, is not ours to skip.
+const uint8_t* plistDataEnd(const uint8_t* start, const uint8_t* end);

@@ -1,6 +1,7 @@
 #include "reader/VLPlistSkippers.h"
 
 #include "reader/VLPlistLexical.h"
+#include "reader/VLPlistSkippersPath.h"
 
 #include <bit>
 #include <cstring>
@@ -86,8 +87,14 @@ const uint8_t* skipShortPlainTuple(const uint8_t* p)
 }
 #endif
 
+// The scalar rules. Their recursion stays on this path: a value the structural scan gave up on
+// is not offered to it again level by level.
+bool skipValue(VLPlistParseInfo* info);
+bool skipArrayContent(VLPlistParseInfo* info);
+bool skipDictContent(VLPlistParseInfo* info);
+
 // A value with `curr` past line space. Unquoted values and plain tuples (the nodes of paths) are
-// most of a document's bytes; they pass here without the dispatch of skipPlistValue, which would
+// most of a document's bytes; they pass here without the dispatch of skipValue, which would
 // end at the same place for them.
 bool skipValueAfterSpace(VLPlistParseInfo* info)
 {
@@ -97,24 +104,20 @@ bool skipValueAfterSpace(VLPlistParseInfo* info)
         return true;
     }
     const uint8_t* tuple = *token == '(' ? skipShortPlainTuple(token + 1) : nullptr;
-    if (!tuple) return skipPlistValue(info);
+    if (!tuple) return skipValue(info);
     info->curr = tuple;
     info->error.reset();
     return true;
 }
 
-// Up to and over ">", with `curr` behind the "<". Data that spans lines is not ours to skip.
+// Up to and over ">", with `curr` behind the "<".
 bool skipData(VLPlistParseInfo* info)
 {
-    for (const uint8_t* p = info->curr; p < info->end; ++p) {
-        if (*p == '>') {
-            info->curr = p + 1;
-            info->error.reset();
-            return true;
-        }
-        if (*p == '\n' || *p == 0) return false;
-    }
-    return false;
+    const uint8_t* behind = plistDataEnd(info->curr, info->end);
+    if (!behind) return false;
+    info->curr = behind;
+    info->error.reset();
+    return true;
 }
 
 // One "key = value;" or "key;", with `curr` behind the key.
@@ -141,60 +144,28 @@ bool skipEntryAfterKey(VLPlistParseInfo* info)
 // The content and the "}", with `curr` behind the "{".
 bool skipDictBody(VLPlistParseInfo* info)
 {
-    if (!skipPlistDictContent(info)) return false;
+    if (!skipDictContent(info)) return false;
     skipLineSpace(info);
     if (atEnd(info)) return false;
     ++info->curr; // the "}", which well-formed text has here
     return true;
 }
 
-} // namespace
-
-bool skipPlistQuotedString(VLPlistParseInfo* info)
-{
-    const uint8_t* const start = info->curr;
-    const uint8_t* p = start;
-    while (p < info->end) {
-        auto quote = static_cast<const uint8_t*>(std::memchr(p, '"', static_cast<size_t>(info->end - p)));
-        if (!quote) return false;
-        const uint8_t* backslashes = quote;
-        while (backslashes > start && backslashes[-1] == '\\') --backslashes;
-        p = quote + 1;
-        if ((quote - backslashes) % 2 == 0) {
-            info->curr = p;
-            info->error.reset();
-            return true;
-        }
-    }
-    return false;
-}
-
-bool skipPlistKey(VLPlistParseInfo* info)
-{
-    skipLineSpace(info);
-    if (info->inQuotedString && *info->curr == '\\') ++info->curr;
-    if (isQuote(*info->curr)) {
-        ++info->curr;
-        return skipPlistQuotedString(info);
-    }
-    return skipUnquoted(info);
-}
-
-bool skipPlistValue(VLPlistParseInfo* info)
+bool skipValue(VLPlistParseInfo* info)
 {
     skipLineSpace(info);
     if (info->inQuotedString && *info->curr == '\\') ++info->curr;
     switch (*info->curr) {
     case '"':
     case '\'': ++info->curr; return skipPlistQuotedString(info);
-    case '(': ++info->curr; return skipPlistArrayContent(info);
+    case '(': ++info->curr; return skipArrayContent(info);
     case '{': ++info->curr; return skipDictBody(info);
     case '<': ++info->curr; return skipData(info);
     default: return skipUnquoted(info);
     }
 }
 
-bool skipPlistArrayContent(VLPlistParseInfo* info)
+bool skipArrayContent(VLPlistParseInfo* info)
 {
     VLPlistNesting nesting(info);
     if (!nesting.allowed) return false;
@@ -215,14 +186,7 @@ bool skipPlistArrayContent(VLPlistParseInfo* info)
     return true;
 }
 
-bool skipPlistArray(VLPlistParseInfo* info)
-{
-    if (!skipPlistSpace(info) || *info->curr != '(') return false;
-    ++info->curr;
-    return skipPlistArrayContent(info);
-}
-
-bool skipPlistDictContent(VLPlistParseInfo* info)
+bool skipDictContent(VLPlistParseInfo* info)
 {
     VLPlistNesting nesting(info);
     if (!nesting.allowed) return false;
@@ -241,9 +205,81 @@ bool skipPlistDictContent(VLPlistParseInfo* info)
     }
 }
 
+// The closing bracket of the list or dictionary whose content starts at `content`, as the
+// structural scan finds it; null where it leaves the value to the scalar rules.
+const uint8_t* closingByStructure(const VLPlistParseInfo* info, const uint8_t* content, bool dictionary)
+{
+    VLPlistStructureScan scan = plistStructureScan();
+    // The scan reads whole blocks, which stay within the zero bytes behind the text only when they
+    // start within it.
+    if (!scan || info->depth >= VLPlistMaximumNesting || content > info->end) return nullptr;
+    return scan(content, info->end, dictionary, VLPlistMaximumNesting - info->depth);
+}
+
+bool passTo(VLPlistParseInfo* info, const uint8_t* position)
+{
+    info->curr = position;
+    info->error.reset();
+    return true;
+}
+
+// The list or dictionary that opens at `curr`, passed whole by the structural scan if it can.
+bool skipContainerByStructure(VLPlistParseInfo* info)
+{
+    if (*info->curr != '(' && *info->curr != '{') return false;
+    const uint8_t* closing = closingByStructure(info, info->curr + 1, *info->curr == '{');
+    return closing && passTo(info, closing + 1);
+}
+
+} // namespace
+
+bool skipPlistQuotedString(VLPlistParseInfo* info)
+{
+    const uint8_t* behind = plistQuotedStringEnd(info->curr, info->end);
+    return behind && passTo(info, behind);
+}
+
+bool skipPlistKey(VLPlistParseInfo* info)
+{
+    skipLineSpace(info);
+    if (info->inQuotedString && *info->curr == '\\') ++info->curr;
+    if (isQuote(*info->curr)) {
+        ++info->curr;
+        return skipPlistQuotedString(info);
+    }
+    return skipUnquoted(info);
+}
+
+bool skipPlistValue(VLPlistParseInfo* info)
+{
+    skipLineSpace(info);
+    return skipContainerByStructure(info) || skipValue(info);
+}
+
+bool skipPlistArrayContent(VLPlistParseInfo* info)
+{
+    const uint8_t* closing = closingByStructure(info, info->curr, false);
+    return closing ? passTo(info, closing + 1) : skipArrayContent(info);
+}
+
+bool skipPlistArray(VLPlistParseInfo* info)
+{
+    if (!skipPlistSpace(info) || *info->curr != '(') return false;
+    if (skipContainerByStructure(info)) return true;
+    ++info->curr;
+    return skipArrayContent(info);
+}
+
+bool skipPlistDictContent(VLPlistParseInfo* info)
+{
+    const uint8_t* closing = closingByStructure(info, info->curr, true);
+    return closing ? passTo(info, closing) : skipDictContent(info);
+}
+
 bool skipPlistDict(VLPlistParseInfo* info)
 {
     if (!skipPlistSpace(info) || *info->curr != '{') return false;
+    if (skipContainerByStructure(info)) return true;
     ++info->curr;
     return skipDictBody(info);
 }

@@ -41,7 +41,9 @@ void normaliseTransform(double m[6])
 bool matchPlistKey(VLPlistParseInfo* info, const char* key, size_t length)
 {
     const uint8_t* p = info->curr;
-    if (p >= info->end || static_cast<size_t>(info->end - p) < length || std::memcmp(p, key, length) != 0)
+    // Record readers try their keys one after another, so most tries fail, and the first byte tells.
+    if (p >= info->end || *p != static_cast<uint8_t>(*key) || static_cast<size_t>(info->end - p) < length ||
+        std::memcmp(p, key, length) != 0)
         return false;
     // Record files are written as "key = value;", so a space is taken to stand before the "=".
     if (p[length] == ' ') {

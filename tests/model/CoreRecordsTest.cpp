@@ -177,6 +177,14 @@ TEST(CoreRecords, GlyphClassification)
     EXPECT_TRUE(glyph->hasCustomGlyphInfo());
 }
 
+TEST(CoreRecords, GlyphsMadeFastHaveDistinctIds)
+{
+    auto first = VLGlyph::initFast();
+    auto second = VLGlyph::initFast();
+    EXPECT_EQ(first->id().rfind("0x", 0), 0u);
+    EXPECT_NE(first->id(), second->id());
+}
+
 TEST(CoreRecords, CharacterTextOfCodePoints)
 {
     auto glyph = VLGlyph::initFast();
