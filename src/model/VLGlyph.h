@@ -166,6 +166,13 @@ public:
     // In the order of the font's masters, a master's own layer ahead of its others; layers of an
     // unknown master last.
     std::vector<std::shared_ptr<VLLayer>> sortedLayers();
+    // Of the master's own layer and its brace layers (only the brace layers where asked), the one
+    // whose location, in the order of the font's axes, lies nearest to the position and no
+    // farther than the tolerance.
+    std::shared_ptr<VLLayer>
+    layerNearestToPosition_associatedMasterId_onlyBraceLayer_tolerance(const std::vector<double>& position,
+                                                                       const std::string& masterId, bool onlyBraceLayer,
+                                                                       double tolerance);
     bool hasSpecialLayers();
     bool hasBracketLayer();
     bool hasBraceLayer();

@@ -4,6 +4,7 @@
 #include "model/VLLayer.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace {
 
@@ -61,6 +62,31 @@ std::vector<std::shared_ptr<VLLayer>> VLGlyph::sortedLayers()
     LayerList layers = _layers.allValues();
     std::stable_sort(layers.begin(), layers.end(), [&](const auto& a, const auto& b) { return place(*a) < place(*b); });
     return layers;
+}
+
+std::shared_ptr<VLLayer> VLGlyph::layerNearestToPosition_associatedMasterId_onlyBraceLayer_tolerance(
+    const std::vector<double>& position, const std::string& masterId, bool onlyBraceLayer, double tolerance)
+{
+    readLayersIfEmpty();
+    auto font = parent();
+    auto master = font ? font->fontMasterForId(masterId) : nullptr;
+    if (!master) return nullptr;
+    std::shared_ptr<VLLayer> nearest;
+    double nearestDistance = tolerance;
+    for (const auto& layer : _layers.allValues()) {
+        bool brace = layer->isBraceLayer();
+        if (layer->associatedMasterId() != masterId || !(brace || (!onlyBraceLayer && layer->isMasterLayer()))) continue;
+        std::vector<double> location = master->axesValuesList();
+        if (brace && !layer->axesValuesList_fontAxes(location, font->axes())) continue;
+        if (location.size() != position.size()) continue;
+        double squares = 0;
+        for (size_t i = 0; i < location.size(); ++i) squares += (location[i] - position[i]) * (location[i] - position[i]);
+        if (std::sqrt(squares) <= nearestDistance) {
+            nearestDistance = std::sqrt(squares);
+            nearest = layer;
+        }
+    }
+    return nearest;
 }
 
 bool VLGlyph::anyLayerIs(bool (VLLayer::*kind)() const)

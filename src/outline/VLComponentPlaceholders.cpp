@@ -2,33 +2,33 @@
 
 #include "platform/BezierPath.h"
 
-#include <initializer_list>
-#include <iterator>
+#include <algorithm>
+#include <vector>
 
 // Figures in the component's own space, a glyph's height tall, so that a reference that can't
 // be drawn is seen where it stands rather than leaving a gap: each is a frame, so that it can't
 // be taken for a real outline.
 namespace {
 
-BezierPath polygonFrame(std::initializer_list<Point> outer, double inset)
+void appendPolygon(BezierPath& path, const std::vector<Point>& corners)
 {
-    BezierPath path;
+    path.moveToPoint(corners.front());
+    for (size_t i = 1; i < corners.size(); ++i) path.lineToPoint(corners[i]);
+    path.closePath();
+}
+
+// The polygon, and inside it the same polygon shrunk towards its centre and run the other way,
+// which the non-zero fill leaves open.
+BezierPath polygonFrame(std::vector<Point> corners, double inset)
+{
     Point centre{};
-    for (Point p : outer) centre = {centre.x + p.x / static_cast<double>(outer.size()), centre.y + p.y / static_cast<double>(outer.size())};
-    bool first = true;
-    for (Point p : outer) {
-        first ? path.moveToPoint(p) : path.lineToPoint(p);
-        first = false;
-    }
-    path.closePath();
-    // The inner contour runs the other way, so the non-zero fill leaves it open.
-    first = true;
-    for (auto it = std::rbegin(outer); it != std::rend(outer); ++it) {
-        Point p{centre.x + (it->x - centre.x) * inset, centre.y + (it->y - centre.y) * inset};
-        first ? path.moveToPoint(p) : path.lineToPoint(p);
-        first = false;
-    }
-    path.closePath();
+    for (Point p : corners) centre = {centre.x + p.x, centre.y + p.y};
+    centre = {centre.x / static_cast<double>(corners.size()), centre.y / static_cast<double>(corners.size())};
+    BezierPath path;
+    appendPolygon(path, corners);
+    std::reverse(corners.begin(), corners.end());
+    for (Point& p : corners) p = {centre.x + (p.x - centre.x) * inset, centre.y + (p.y - centre.y) * inset};
+    appendPolygon(path, corners);
     return path;
 }
 

@@ -102,6 +102,27 @@ TEST(LayerKinds, SortedLayersFollowTheMasters)
                                         "bracket-bold", "palette-bold", "stray"}));
 }
 
+TEST(LayerKinds, NearestLayerByLocation)
+{
+    auto font = readTestDocument(layerKindDocuments[0]);
+    ASSERT_NE(font, nullptr);
+    auto glyph = font->glyphForName("A");
+    auto nearest = [&](std::vector<double> position, bool onlyBrace, double tolerance) {
+        auto layer = glyph->layerNearestToPosition_associatedMasterId_onlyBraceLayer_tolerance(position, "light", onlyBrace,
+                                                                                               tolerance);
+        return layer ? layer->layerId() : std::string("none");
+    };
+    // The light master stands at (300, 75), its brace layer at (500, 90).
+    EXPECT_EQ(nearest({390, 80}, false, 1000), "light");
+    EXPECT_EQ(nearest({410, 85}, false, 1000), "brace");
+    EXPECT_EQ(nearest({300, 75}, true, 1000), "brace") << "only brace layers";
+    EXPECT_EQ(nearest({503, 94}, false, 5), "brace") << "a distance of 5 is within 5";
+    EXPECT_EQ(nearest({504, 94}, false, 5), "none");
+    EXPECT_EQ(nearest({500, 90, 0}, false, 1000), "none") << "a position in another space";
+    EXPECT_EQ(glyph->layerNearestToPosition_associatedMasterId_onlyBraceLayer_tolerance({700, 100}, "bold", false, 1)->layerId(),
+              "bold");
+}
+
 TEST(LayerKinds, GroupKeysDescribeRulesAndColours)
 {
     LayerInFont f;
