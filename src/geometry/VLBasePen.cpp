@@ -16,7 +16,14 @@ void VLBasePen::drawComponent(VLPenProtocol& pen, std::optional<AffineTransform>
                               const std::shared_ptr<VLShape>& shape, const AffineTransform* transformation)
 {
     auto component = std::dynamic_pointer_cast<VLComponent>(shape);
-    if (!component) return;
+    // A pen follows components into their glyphs with no memory of the way down, so a glyph that
+    // contains itself would never end: the depth that bounds outlines bounds the pens too.
+    thread_local size_t depth = 0;
+    if (!component || depth >= VLComponentMaximumDepth) return;
+    struct Descent {
+        Descent() { ++depth; }
+        ~Descent() { --depth; }
+    } descent;
     auto layer = component->componentLayer();
     std::optional<AffineTransform> kept = transform;
     if (transformation) {
