@@ -114,6 +114,7 @@ private:
     std::shared_ptr<VLLayer> specialOrMasterLayer(VLGlyph& glyph, const std::optional<std::string>& key,
                                                   const std::string& masterId) const;
     void placeLayerOutline(BezierPath& path, const VLLayer& base) const;
+    std::shared_ptr<BezierPath> closedAndOpenOutline() const;
 
     std::string _componentName;
     std::optional<std::string> _componentMasterId;

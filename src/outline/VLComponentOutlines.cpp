@@ -118,10 +118,16 @@ bool VLComponent::hasAnyPaths_seen(std::set<std::string>& seen, size_t depth) co
     return false;
 }
 
-Rect VLComponent::bounds() const
+std::shared_ptr<BezierPath> VLComponent::closedAndOpenOutline() const
 {
     auto outline = bezierPath();
     if (auto open = openBezierPath()) outline->appendBezierPath(*open);
+    return outline;
+}
+
+Rect VLComponent::bounds() const
+{
+    auto outline = closedAndOpenOutline();
     return outline->elementCount() > 0 ? outline->bounds() : Rect();
 }
 
@@ -133,8 +139,7 @@ Rect VLComponent::_bounds() const
     undo.scaleXBy_yBy(1 / s.x, 1 / s.y);
     undo.rotateByDegrees(-angle());
     undo.translateXBy_yBy(-position().x, -position().y);
-    auto outline = bezierPath();
-    if (auto open = openBezierPath()) outline->appendBezierPath(*open);
+    auto outline = closedAndOpenOutline();
     if (outline->elementCount() == 0) return Rect();
     outline->transformUsingAffineTransform(undo);
     return outline->bounds();
