@@ -175,12 +175,15 @@ TEST(Interpolation, ComponentsAnchorsAndHints)
     f.second->addShapeFast(b);
     f.first->setHintsFast({hint(VLHintType::Stem, true, 100, 20), hint(VLHintType::Stem, false, 10, 30)});
     f.second->setHintsFast({hint(VLHintType::Stem, true, 200, 40), hint(VLHintType::Stem, false, 50, 70)});
+    // A hint held at one end only is summed from its numbers all the same.
+    for (const auto& layer : {f.first, f.second}) layer->hints()[0]->setOriginIndex({0, 0});
 
     auto sum = f.glyph->interpolate_error(factors({{"m01", VLFactor(0.5, 0.25)}, {"m02", VLFactor(0.5, 0.75)}}), nullptr);
     ASSERT_NE(sum, nullptr);
     ASSERT_EQ(sum->shapes().size(), 1u);
     const auto& c = static_cast<const VLComponent&>(*sum->shapes()[0]);
     EXPECT_EQ(c.position(), (Point{20, 50}));
+    EXPECT_EQ(c.positionPrecise(), (Point{20, 50}));
     EXPECT_EQ(c.scale(), (Point{2, 1.75}));
     EXPECT_EQ(c.angle(), 20);
     EXPECT_EQ(c.slantHorizontal(), 4);
@@ -204,6 +207,7 @@ TEST(Interpolation, ComponentsAnchorsAndHints)
     ASSERT_TRUE(linear && linear->shapes().size() == 1);
     const auto& l = static_cast<const VLComponent&>(*linear->shapes()[0]);
     EXPECT_EQ(l.position(), (Point{0, 0})) << "the transform is not summed";
+    EXPECT_EQ(l.positionPrecise(), (Point{0, 0}));
     EXPECT_EQ(l.scale(), (Point{0, 0}));
     EXPECT_EQ(l.keepWeight(), 20);
 }
