@@ -5,12 +5,21 @@
 #include "platform/BezierPath.h"
 #include "platform/GraphicsContext.h"
 #include "thumbnail/ThumbnailCommand.h"
+#include "thumbnail/VLFontLoader.h"
 
 namespace {
 
 constexpr int side = 64;
 // Layers are drawn as if the em were the usual 1000 units, whatever the document says.
 constexpr double em = 1000;
+
+// Filled as the thumbnail fills: an outline too costly for the rasterizer is left out, as the
+// command leaves it out, so that a run's time goes to our code.
+void fillBounded(const BezierPath& path)
+{
+    auto* context = GraphicsContext::current();
+    if (context && VLFontLoader::fillCost(path, context->userToDeviceTransform()) <= VLFontLoader::maximumFillCost) path.fill();
+}
 
 // The mean of the masters, with the glyph's colour and brace layers interpolated alongside.
 void drawMean(VLGlyph& glyph, const VLFactors& mean, const VLFont& font)
@@ -21,7 +30,7 @@ void drawMean(VLGlyph& glyph, const VLFactors& mean, const VLFont& font)
                                                                            &layers, nullptr);
     layers.push_back(layer);
     for (const auto& drawn : layers)
-        if (drawn) drawn->drawBezierPath()->fill();
+        if (drawn) fillBounded(*drawn->drawBezierPath());
 }
 
 // Every master's layer of every glyph and their mean, filled at the size of a small thumbnail.
@@ -37,7 +46,7 @@ void drawEveryLayer(VLFont& font)
         mean.setObject_forKey(VLFactor(1.0 / static_cast<double>(font.fontMasters().size())), master->id());
     for (const auto& glyph : font.glyphs()) {
         for (const auto& master : font.fontMasters())
-            if (auto layer = glyph->layerForId(master->id())) layer->drawBezierPath()->fill();
+            if (auto layer = glyph->layerForId(master->id())) fillBounded(*layer->drawBezierPath());
         drawMean(*glyph, mean, font);
     }
 }

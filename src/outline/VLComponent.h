@@ -20,7 +20,7 @@ struct VLPlistParseInfo;
 inline constexpr size_t VLComponentMaximumDepth = 32;
 // A layer's outline stops taking in components at this many elements, so that components that
 // place many copies of glyphs that place many copies stay within bounded time and memory.
-inline constexpr long VLLayerMaximumComposedElements = 100000;
+inline constexpr long VLLayerMaximumComposedElements = 20000;
 
 class VLComponent : public VLTransformableElement {
 public:
