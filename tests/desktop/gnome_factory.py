@@ -13,6 +13,8 @@ gi.require_version("GnomeDesktop", "3.0")
 gi.require_version("GdkPixbuf", "2.0")
 from gi.repository import GdkPixbuf, Gio, GLib, GnomeDesktop  # noqa: E402
 
+from outcomes import check, report  # noqa: E402
+
 MIME_TYPE = "application/x-velmor-source"
 NORMAL_SIZE = 128
 # tests/desktop/data/Sample.velmor: "A" is a triangle of width 600, "g" a box of width 500 from
@@ -20,15 +22,6 @@ NORMAL_SIZE = 128
 # 800 + 200 + 200 high, with the baseline 300 above its lower edge.
 CANVAS = (1300, 1200)
 BASELINE = 300
-
-
-class Failure(Exception):
-    pass
-
-
-def check(condition, message):
-    if not condition:
-        raise Failure(message)
 
 
 def alpha_at(pixbuf, x, y):
@@ -76,15 +69,5 @@ def run(document, kind):
     check_picture(cached, uri)
 
 
-def main():
-    try:
-        run(*sys.argv[1:])
-    except Failure as failure:
-        print(f"FAILED: {failure}")
-        return 1
-    print("passed")
-    return 0
-
-
 if __name__ == "__main__":
-    sys.exit(main())
+    sys.exit(report(run, sys.argv[1:]))

@@ -16,20 +16,13 @@ import gi
 gi.require_version("Gio", "2.0")
 from gi.repository import Gio, GLib  # noqa: E402
 
+from outcomes import check, report  # noqa: E402
+
 SERVICE = "org.freedesktop.thumbnails.Thumbnailer1"
 OBJECT = "/org/freedesktop/thumbnails/Thumbnailer1"
 MIME_TYPE = "application/x-velmor-source"
 NORMAL_SIZE = 128
 TIMEOUT_SECONDS = 30
-
-
-class Failure(Exception):
-    pass
-
-
-def check(condition, message):
-    if not condition:
-        raise Failure(message)
 
 
 def check_mime_database(document):
@@ -144,15 +137,5 @@ def run(tumblerd, document, expected):
             tumbler.wait(TIMEOUT_SECONDS)
 
 
-def main():
-    try:
-        run(*sys.argv[1:])
-    except Failure as failure:
-        print(f"FAILED: {failure}")
-        return 1
-    print("passed")
-    return 0
-
-
 if __name__ == "__main__":
-    sys.exit(main())
+    sys.exit(report(run, sys.argv[1:]))

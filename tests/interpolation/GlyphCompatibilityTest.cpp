@@ -63,17 +63,14 @@ void breakLayer(VLGlyph& glyph, const std::string& layerId)
 
 TEST(Compatibility, LayerGroupsFromBothFormats)
 {
-    for (const char* document : layerKindDocuments) {
-        SCOPED_TRACE(document);
-        auto font = readTestDocument(document);
-        ASSERT_NE(font, nullptr);
+    forEachLayerKindDocument([](const std::shared_ptr<VLFont>& font) {
         auto glyph = font->glyphForName("A");
         EXPECT_EQ(glyph->layerGroups(), (VLGlyph::LayerGroups{{"light", "bold", "brace"},
                                                               {"palette-light", "palette-bold"},
                                                               {"bracket-light", "bracket-bold"}}))
             << "the backup takes part in none";
         EXPECT_TRUE(glyph->mastersCompatible());
-    }
+    });
 }
 
 TEST(Compatibility, EveryGroupMustMatchButBackupsAreFree)

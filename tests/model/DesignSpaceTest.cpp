@@ -31,10 +31,7 @@ void addParameter(VLCustomParameterOwner& owner, const std::string& name, const 
 
 TEST(DesignSpace, BothFormatsReachTheSameLocations)
 {
-    for (const char* document : layerKindDocuments) {
-        SCOPED_TRACE(document);
-        auto font = readTestDocument(document);
-        ASSERT_NE(font, nullptr);
+    forEachLayerKindDocument([](const std::shared_ptr<VLFont>& font) {
         ASSERT_EQ(font->countOfAxes(), 2u);
         EXPECT_EQ(font->axes()[0]->axisTag(), "wght");
         EXPECT_EQ(font->axes()[1]->axisTag(), "wdth");
@@ -62,7 +59,7 @@ TEST(DesignSpace, BothFormatsReachTheSameLocations)
         steps = font->axesValueSteps_glyph({"light", "brace"}, glyph.get());
         EXPECT_EQ(steps[weight], (List{300, 500})) << "a brace layer counts when its id is asked for";
         EXPECT_EQ(steps[width], (List{75, 90}));
-    }
+    });
 }
 
 TEST(DesignSpace, DefaultMasterByIdThenNameThenFirst)

@@ -46,10 +46,7 @@ Value limits(std::initializer_list<std::pair<const char*, double>> bounds)
 
 TEST(LayerKinds, KindsKeysAndLookupsFromBothFormats)
 {
-    for (const char* document : layerKindDocuments) {
-        SCOPED_TRACE(document);
-        auto font = readTestDocument(document);
-        ASSERT_NE(font, nullptr);
+    forEachLayerKindDocument([](const std::shared_ptr<VLFont>& font) {
         auto glyph = font->glyphForName("A");
         auto layer = [&](const char* id) { return glyph->layerForId(id); };
 
@@ -85,7 +82,7 @@ TEST(LayerKinds, KindsKeysAndLookupsFromBothFormats)
         EXPECT_FALSE(glyph->isFullColorGlyph());
         EXPECT_FALSE(glyph->isSVGColorGlyph());
         EXPECT_FALSE(glyph->isAppleColorGlyph());
-    }
+    });
 }
 
 TEST(LayerKinds, SortedLayersFollowTheMasters)
