@@ -2,7 +2,6 @@
 #include "model/VLGlyph.h"
 #include "model/VLLayer.h"
 #include "model/VLPartProperty.h"
-#include "model/VLStringHelpers.h"
 #include "platform/Log.h"
 #include "platform/StringFormat.h"
 #include "reader/VLDictRecords.h"
@@ -12,12 +11,12 @@
 
 namespace {
 
-// The older format gives code points as hexadecimal text; the current one as numbers, which
-// this route writes with four decimal digits.
+// Code points are kept as text. A number is read as hexadecimal digits in the older format and
+// written with four decimal digits in the current one.
 std::string codeOfValue(const Value& value, uint8_t format)
 {
     if (value.isString()) return value.string();
-    if (format == 1) return hexStringFromInt(value.integerValue());
+    if (format == 1) return stringWithFormat("%04lX", static_cast<long>(value.integerValue()));
     return stringWithFormat("%.4ld", static_cast<long>(value.integerValue()));
 }
 
