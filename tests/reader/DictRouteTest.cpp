@@ -172,3 +172,22 @@ TEST(DictRoute, FormatDifferencesAndDefaults)
     EXPECT_EQ(readDocument(propertyListOfValue(treeOfText("{unitsPerEm = 1000;}"), false), &error), nullptr);
     EXPECT_TRUE(error.domain.empty()) << "a document without masters fails without an error";
 }
+
+TEST(DictRoute, EveryPrefixOfATwinFailsSafely)
+{
+    // The streaming reader refuses the master's unknown key, so each prefix that parses goes
+    // through the second chance.
+    std::string text = currentFormat;
+    text.replace(text.find("name = Light;"), 13, "name = Light; baseline = 0;");
+    ASSERT_NE(readDocument(text), nullptr);
+    Value tree = treeOfText(text);
+    for (const std::string& bytes : {text, propertyListOfValue(tree, false), propertyListOfValue(tree, true)})
+        for (size_t length = 0; length < bytes.size(); length += 7) {
+            SCOPED_TRACE(length);
+            try {
+                if (auto font = readDocument(bytes.substr(0, length)))
+                    for (const auto& glyph : font->glyphs()) glyph->readLayersFormat(font->formatVersion());
+            } catch (const VLException&) {
+            }
+        }
+}
