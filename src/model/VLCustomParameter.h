@@ -19,6 +19,10 @@ public:
     static std::shared_ptr<VLCustomParameter> initWithName_value(const std::optional<std::string>& name,
                                                                   const Value& value);
 
+    // ---- reader/VLCustomParameterDictReader.cpp: the dictionary route. Older documents may
+    // write a parameter as a one-entry dictionary of name and value. Null without a name.
+    static std::shared_ptr<VLCustomParameter> initWithDict_format(const Value& dict, uint8_t format);
+
     const std::string& name() const { return _name; }
     void setName(const std::string& name) { _name = name; }
     const Value& value() const { return _value; }

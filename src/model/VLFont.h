@@ -2,6 +2,7 @@
 
 #include "model/VLContainer.h"
 #include "model/VLCustomParameterOwner.h"
+#include "model/VLOrderedDictionary.h"
 #include "platform/Value.h"
 
 #include <cstdint>
@@ -18,6 +19,7 @@ class VLAxis;
 class VLFontMaster;
 class VLGlyph;
 class VLInstance;
+class VLLayer;
 class VLMetric;
 class VLMetricValue;
 struct VLError;
@@ -275,6 +277,50 @@ public:
     Value panose();
     static int8_t fontTypeForTypeKey(const std::string& key);
 
+    // ---- reader/VLFontDictReader.cpp: the dictionary route, for property lists that are not in
+    // the text form and for text documents whose records the streaming readers refuse.
+
+    // Builds and finishes the font from a document's root dictionary. A format above the highest
+    // one read here is refused with an error; a document without masters raises.
+    static std::shared_ptr<VLFont> initWithDict_error(const Value& dict, VLError* error);
+
+    // ---- model/VLFontKerning.cpp: pair kerning per master and writing direction. Keys are glyph
+    // ids or kerning group keys ("@MMK_L_" and "@MMK_R_" names); a missing pair is VLUnsetValue,
+    // which callers tell apart from a kerning of 0.
+
+    using KerningPairs = VLOrderedDictionary<Value>;
+    using KerningRows = VLOrderedDictionary<std::shared_ptr<KerningPairs>>;
+    using Kerning = VLOrderedDictionary<std::shared_ptr<KerningRows>>;
+    // Directions 0 and 1 left to right, 2 right to left, 4, 8 and 12 vertical, 128 contextual;
+    // any other raises "Wrong direction".
+    Kerning& kerningForDirection(int direction);
+    // The kerning of the master whose metrics the given one shares, made empty when missing; null
+    // for an unknown direction.
+    std::shared_ptr<KerningRows> masterKerning_direction(const std::string& masterId, int direction);
+    // A plain dictionary of first key to second key to number; nothing without a master id or
+    // for an unknown direction.
+    void setKerning_forMaster_direction(const Value& kerning, const std::string& masterId, int direction);
+    // A document's kerning: per master, in master order, keys sorted, values in single precision.
+    // Entries of ids that no master has are left out.
+    Kerning readKerningFromDict(const Value& dict) const;
+    // An exception of glyph to glyph beats glyph to group, which beats group to glyph, which
+    // beats group to group.
+    double kerningForFontMasterID_firstGlyph_secondGlyph_direction(const std::string& masterId, const VLGlyph& first,
+                                                                   const VLGlyph& second, int direction);
+    static double kerningForFontMasterDict_firstGlyph_secondGlyph_direction(const KerningRows* rows,
+                                                                            const VLGlyph& first,
+                                                                            const VLGlyph& second, int direction);
+    double kerningForFontMasterID_leftKey_rightKey_direction(const std::string& masterId, const std::string& leftKey,
+                                                             const std::string& rightKey, int direction);
+    // Left to right, between layers of one master; VLUnsetValue for layers of different masters.
+    double kerningFirstLayer_secondLayer(const VLLayer& first, const VLLayer& second);
+    // A copy with glyph names in place of glyph ids, for display; null when the direction has none.
+    std::shared_ptr<Kerning> kerningDictForDirection(int direction);
+    // The master whose kerning and metrics the given one shares through "Link Metrics With First
+    // Master" or "Link Metrics With Master"; hasLink is set when either is there.
+    std::string masterIDforMetrics(const std::string& masterId);
+    std::string masterIDforMetrics_hasLink(const std::string& masterId, bool* hasLink);
+
     // User data and scratch.
     const ValueDictionary& userData() const { return _userData; }
     void setUserData_forKey(const Value& value, const std::string& key);
@@ -343,4 +389,20 @@ private:
     Metrics _stems;
     Metrics _numbers;
     std::vector<std::shared_ptr<VLFont>> _importedFonts;
+
+    // ---- reader/VLFontDictReader.cpp
+    void readFontSettingsFromDict(const Value& dict);
+    bool readMastersFromDict(const Value& list, uint8_t format);
+    void readInstancesFromDict(const Value& list, uint8_t format);
+    void readGlyphsFromDict(const Value& list, uint8_t format);
+    void readKerningsFromDict(const Value& dict, uint8_t format);
+    // ---- reader/VLTextDictRoute.cpp
+    static std::shared_ptr<VLFont> initWithTextThroughDictAtPath_streamError(const std::string& path,
+                                                                             const VLError& streamError);
+
+    // ---- model/VLFontKerning.cpp
+    Kerning _kerningLTR;
+    Kerning _kerningRTL;
+    Kerning _kerningVertical;
+    Kerning _kerningContext;
 };

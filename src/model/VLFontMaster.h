@@ -38,6 +38,10 @@ public:
     static std::shared_ptr<VLFontMaster> initWithVelmorParser_format(VLPlistParseInfo* info, uint8_t format);
     static constexpr const char* className = "VLFontMaster";
     static constexpr size_t maximumInList = VLFontMaximumMasters;
+
+    // ---- reader/VLFontMasterDictReader.cpp: the dictionary route. Metrics and the location wait
+    // in the read buffer for the post-read pass, as in the streaming route.
+    static std::shared_ptr<VLFontMaster> initWithDict_format(const Value& dict, uint8_t format);
     // A deep copy without font.
     std::shared_ptr<VLFontMaster> copy() const;
     // Runs when the font's axes and metrics are known: turns the read buffer and, for format 1,

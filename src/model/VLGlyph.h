@@ -234,6 +234,31 @@ public:
     std::shared_ptr<VLLayer> _interpolateLayers_interpolation_error(const std::vector<std::shared_ptr<VLLayer>>& layers,
                                                                     const VLFactors& factors, VLError* error);
 
+    // ---- reader/VLGlyphDictReader.cpp: the dictionary route. The record is kept, and its layers
+    // are built from it when first asked for, as a streamed glyph reads them from the text.
+    static std::shared_ptr<VLGlyph> initWithDict_format(const Value& dict, uint8_t format);
+    // Builds the layers of the kept record; false when they can't all be built.
+    bool readLayersFromDictFormat(uint8_t format);
+
+    // ---- model/VLGlyphKerningGroups.cpp: the kerning groups of each side. A group's key in the
+    // kerning is its name behind "@MMK_L_" where the glyph comes first in a pair and behind
+    // "@MMK_R_" where it comes second.
+    const std::string& leftKerningGroup() const { return _leftKerningGroup; }
+    void setLeftKerningGroup(const std::string& group) { _leftKerningGroup = group; }
+    const std::string& rightKerningGroup() const { return _rightKerningGroup; }
+    void setRightKerningGroup(const std::string& group) { _rightKerningGroup = group; }
+    const std::string& topKerningGroup() const { return _topKerningGroup; }
+    void setTopKerningGroup(const std::string& group) { _topKerningGroup = group; }
+    const std::string& bottomKerningGroup() const { return _bottomKerningGroup; }
+    void setBottomKerningGroup(const std::string& group) { _bottomKerningGroup = group; }
+    // The group that faces the following glyph in the direction, and the one that faces the
+    // preceding glyph; "" for none and for a direction without groups.
+    std::string nextKerningGroupforDirection(int direction) const;
+    std::string previousKerningGroupforDirection(int direction) const;
+    // The same groups as kerning keys; "" for none.
+    std::string nextKerningGroupIDforDirection(int direction) const;
+    std::string previousKerningGroupIDforDirection(int direction) const;
+
     // The thumbnail's view of the glyph.
     double maxWidth();
     uint16_t width();
@@ -277,4 +302,13 @@ private:
     // The state to read the layers with: the font's, or _pInfoStore for a glyph of its own file.
     VLPlistParseInfo* _pInfo = nullptr;
     std::shared_ptr<VLPlistParseInfo> _pInfoStore;
+
+    // ---- reader/VLGlyphDictReader.cpp: the record of the dictionary route until its layers are built.
+    Value _glyphDict;
+
+    // ---- model/VLGlyphKerningGroups.cpp
+    std::string _leftKerningGroup;
+    std::string _rightKerningGroup;
+    std::string _topKerningGroup;
+    std::string _bottomKerningGroup;
 };

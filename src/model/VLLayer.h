@@ -225,6 +225,10 @@ public:
     // numbers written into values, as far as they reach, and their count into count.
     static char _specialLayerInfoAxes_count(const std::string& name, std::vector<double>& values, size_t& count);
 
+    // ---- reader/VLLayerDictReader.cpp: the dictionary route, with the keys of the streaming
+    // reader. The older format keeps paths and components in lists of their own.
+    static std::shared_ptr<VLLayer> initWithDict_format(const Value& dict, uint8_t format);
+
     // ---- outline/VLLayerHints.cpp: hints. The changing operations flush the outline caches,
     // since corner hints shape them.
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/Value.h"
+
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -25,6 +27,11 @@ public:
     // Reads a metric record; the parse info stands behind its opening brace.
     static std::shared_ptr<VLMetric> initWithVelmorParser_format(VLPlistParseInfo* info, uint8_t format);
     static constexpr const char* className = "VLMetric";
+
+    // ---- reader/VLMetricDictReader.cpp: the dictionary route.
+    static std::shared_ptr<VLMetric> initWithDict_format(const Value& dict, uint8_t format);
+    // A "name" that names a metric type sets the type instead, in both routes.
+    void setNameOrType(const std::string& name);
 
     static std::string typeNameForType(uint8_t type);
     static uint8_t typeForTypeName(const std::string& name);

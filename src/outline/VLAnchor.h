@@ -15,6 +15,9 @@ public:
     static std::shared_ptr<VLAnchor> initWithVelmorParser_format(VLPlistParseInfo* info, uint8_t format);
     static constexpr const char* className = "VLAnchor";
 
+    // ---- reader/VLAnchorDictReader.cpp: the dictionary route; a string is the compact line form.
+    static std::shared_ptr<VLAnchor> initWithDict_format(const Value& dict, uint8_t format);
+
     std::shared_ptr<VLShape> copy() const override { return std::make_shared<VLAnchor>(*this); }
 
     const std::string& name() const { return _name; }

@@ -31,6 +31,10 @@ public:
     static std::shared_ptr<VLComponent> initWithVelmorParser_format(VLPlistParseInfo* info, uint8_t format);
     static constexpr const char* className = "VLComponent";
 
+    // ---- reader/VLShapeDictReader.cpp: the dictionary route, with the keys of the streaming readers; a
+    // string is the compact line form. Null for an element that is no such record.
+    static std::shared_ptr<VLComponent> initWithDict_format(const Value& dict, uint8_t format);
+
     VLShapeType shapeType() const override { return VLShapeType::Component; }
     std::shared_ptr<VLShape> copy() const override { return std::make_shared<VLComponent>(*this); }
 

@@ -43,6 +43,13 @@ public:
     static constexpr size_t maximumInList = VLPathMaximumNodes;
     bool readLineWithVelmorParser(VLPlistParseInfo* info);
     bool readListWithVelmorParser_format(VLPlistParseInfo* info, uint8_t format);
+    // One letter of the list form (type, connection, orientation, lock); false for a letter
+    // that the form does not have.
+    bool applyListLetter(uint8_t letter);
+
+    // ---- reader/VLNodeDictReader.cpp: a node of the dictionary route, in its list form as an
+    // array ((x, y, "cs", {user data})) or in its line form as a string.
+    static std::shared_ptr<VLNode> initWithArray_format(const Value& element, uint8_t format);
     // NaN coordinates become 21 and then coordinates beyond 32000 become 22, so that the two
     // kinds of broken input stay apart.
     static std::shared_ptr<VLNode> initWithPosition_type_connection(Point position, VLNodeType type,

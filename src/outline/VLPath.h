@@ -27,6 +27,10 @@ public:
     static constexpr const char* className = "VLPath";
     bool parseVelmorLine_format(VLPlistParseInfo* info, uint8_t format);
 
+    // ---- reader/VLShapeDictReader.cpp: the dictionary route, with the keys of the streaming readers; a
+    // string is the compact line form. Null for an element that is no such record.
+    static std::shared_ptr<VLPath> initWithDict_format(const Value& dict, uint8_t format);
+
     // Drawing: the full walk rounds to the font's grid and removes small outside overlaps between
     // sharp corners; the simple walk draws the stored nodes.
     void drawInPen_openPen_secondaryPen_extraHandles(VLPenProtocol& pen, VLPenProtocol& openPen,

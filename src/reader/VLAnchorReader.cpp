@@ -1,5 +1,6 @@
 #include "outline/VLAnchor.h"
 #include "platform/NumberConversion.h"
+#include "reader/VLAnchorKeys.h"
 #include "reader/VLPlistCompact.h"
 #include "reader/VLPlistRecordReading.h"
 #include "reader/VLPlistRecords.h"
@@ -25,9 +26,7 @@ std::shared_ptr<VLAnchor> VLAnchor::initWithVelmorParser_format(VLPlistParseInfo
         if (matchKey(info, "name")) return a.setName(readPlistString(info)), true;
         if (matchKey(info, "position") || matchKey(info, "pos")) return a.setPositionFast(parsePlistPoint(info)), true;
         if (matchKey(info, "orientation")) {
-            std::string orientation = readPlistString(info);
-            if (orientation == "right") a.setOrientation(OrientationRight);
-            if (orientation == "center") a.setOrientation(OrientationCenter);
+            setAnchorOrientationName(a, readPlistString(info));
             return true;
         }
         if (matchKey(info, "userData")) return a.setUserData(readPlistMergedDict(info).dictionary()), true;

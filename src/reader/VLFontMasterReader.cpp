@@ -1,6 +1,7 @@
 #include "model/VLFontMaster.h"
 #include "platform/NumberConversion.h"
 #include "model/VLMetricValue.h"
+#include "reader/VLFontMasterKeys.h"
 #include "reader/VLPlistRecordReading.h"
 #include "reader/VLPlistRecords.h"
 #include "reader/VLPlistSkippers.h"
@@ -29,8 +30,7 @@ bool readKey(VLFontMaster& master, MasterLocals& l, VLPlistParseInfo* info, uint
     if (matchKey(info, "axesValues")) {
         // curr stands on the blank behind "=", so the value's first byte is one further.
         bool dict = info->curr[1] == '{';
-        Value values = dict ? parsePlistDict(info) : parsePlistArray(info);
-        master.setReadBuffer_forKey(values, dict ? "axesValuesDict" : "axesValues");
+        setMasterAxesValues(master, dict ? parsePlistDict(info) : parsePlistArray(info));
         return true;
     }
     if (matchKey(info, "ascender")) return l.ascender = truncatedNumber(info), true;
@@ -56,10 +56,7 @@ bool readKey(VLFontMaster& master, MasterLocals& l, VLPlistParseInfo* info, uint
     if (matchKey(info, "metricValues")) {
         auto values = readPlistObjects<VLMetricValue>(info, format);
         if (!values) return false;
-        ValueArray buffer;
-        for (const auto& value : *values)
-            buffer.push_back(Value(ValueDictionary{{"pos", value->position()}, {"over", value->overshoot()}}));
-        master.setReadBuffer_forKey(Value(std::move(buffer)), "metricValues");
+        setMasterMetricValues(master, *values);
         return true;
     }
     if (matchKey(info, "guideLines") || matchKey(info, "guides")) return skipPlistArray(info);

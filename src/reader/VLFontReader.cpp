@@ -1,5 +1,6 @@
 #include "model/VLFont.h"
 #include "platform/Log.h"
+#include "platform/VLException.h"
 #include "reader/VLDocumentFile.h"
 #include "reader/VLPlistParseInfo.h"
 #include "reader/VLPropertyListFile.h"
@@ -55,9 +56,16 @@ std::shared_ptr<VLFont> VLFont::initWithURL_error(const std::string& path, VLErr
     int first = sniffFirstByte(folder ? packageFile(path, "fontinfo.plist") : path);
     if (first < 0) return nullptr;
     if (first != '{') return folder ? nullptr : initWithPropertyListAtPath_error(path, error);
-    auto font = initWithVelmorFileAtPath_error(path, error);
-    if (!font) return nullptr;
-    font->setTempData_forKey(Value(path), "filePath");
+    VLError streamError;
+    auto font = initWithVelmorFileAtPath_error(path, &streamError);
+    if (!font && !folder) {
+        font = initWithTextThroughDictAtPath_streamError(path, streamError);
+        if (font) return font;
+    }
+    if (!font) {
+        if (!streamError.domain.empty()) handOut(error, streamError);
+        return nullptr;
+    }
     if (!font->postRead(error)) return nullptr;
     font->enableUpdateInterface();
     return font;
@@ -114,6 +122,11 @@ std::shared_ptr<VLFont> VLFont::initWithPropertyListAtPath_error(const std::stri
                              "The data couldn’t be read because it isn’t in the correct format."}}));
         return nullptr;
     }
-    // Fonts are not yet built from the dictionary of this form.
-    return nullptr;
+    try {
+        auto font = initWithDict_error(*root, error);
+        if (font) font->setTempData_forKey(Value(path), "filePath");
+        return font;
+    } catch (const VLException&) {
+        return nullptr;
+    }
 }

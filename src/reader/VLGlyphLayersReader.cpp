@@ -5,7 +5,7 @@
 
 bool VLGlyph::readLayersFormat(uint8_t format)
 {
-    if (!_fileStart) return true;
+    if (!_fileStart) return _glyphDict.isNull() || readLayersFromDictFormat(format);
     // The text of a glyph of a text document belongs to the font, which must still be there.
     auto font = parent();
     if (_pInfo != _pInfoStore.get() && !font) return false;

@@ -5,6 +5,7 @@
 #include "outline/VLComponent.h"
 #include "outline/VLHint.h"
 #include "outline/VLPath.h"
+#include "reader/VLLayerKeys.h"
 #include "reader/VLPlistLexical.h"
 #include "reader/VLPlistRecordReading.h"
 #include "reader/VLPlistRecords.h"
@@ -66,12 +67,7 @@ bool readAnchors(VLLayer& layer, VLPlistParseInfo* info, uint8_t format)
 {
     auto anchors = readPlistObjects<VLAnchor>(info, format);
     if (!anchors) return false;
-    VLLayer::Anchors byName;
-    for (const auto& anchor : *anchors) {
-        anchor->setParent(layer.shared_from_this());
-        byName.setObject_forKey(anchor, anchor->name());
-    }
-    layer.setAnchorsFast(std::move(byName));
+    setLayerAnchors(layer, *anchors);
     return true;
 }
 
@@ -93,15 +89,7 @@ bool readBackgroundImage(VLLayer& layer, VLPlistParseInfo* info, uint8_t format)
 
 bool readUserData(VLLayer& layer, VLPlistParseInfo* info)
 {
-    Value userData = readPlistMergedDict(info);
-    ValueDictionary entries = userData.dictionary();
-    // Older documents kept the part selection of smart layers in the user data.
-    auto selection = entries.find("PartSelection");
-    if (layer.partSelection().empty() && selection != entries.end()) {
-        layer.setPartSelection(selection->second.dictionary());
-        entries.erase(selection);
-    }
-    for (const auto& [key, value] : entries) layer.setUserData_forKey(value, key);
+    setLayerUserData(layer, readPlistMergedDict(info).dictionary());
     return true;
 }
 

@@ -7,11 +7,7 @@ std::shared_ptr<VLMetric> VLMetric::initWithVelmorParser_format(VLPlistParseInfo
     auto metric = init();
     bool ok = readPlistRecord(info, [&] {
         if (matchKey(info, "name")) {
-            std::string name = readPlistString(info);
-            if (uint8_t type = typeForTypeName(name))
-                metric->setType(type);
-            else
-                metric->setName(name);
+            metric->setNameOrType(readPlistString(info));
             return true;
         }
         if (matchKey(info, "type")) return metric->setTypeName(readPlistString(info)), true;

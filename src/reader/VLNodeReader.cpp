@@ -94,21 +94,14 @@ bool VLNode::readListWithVelmorParser_format(VLPlistParseInfo* info, uint8_t)
         case ')': ++info->curr; return true;
         case 0:
         case ';': return true;
-        case 'c': _type = VLNodeType::CURVE, ++info->curr; continue;
-        case 'h': _type = VLNodeType::HOBBY, ++info->curr; continue;
-        case 'l': _type = VLNodeType::LINE, ++info->curr; continue;
-        case 'o': _type = VLNodeType::OFFCURVE, ++info->curr; continue;
-        case 'q': _type = VLNodeType::QCURVE, ++info->curr; continue;
-        case 's':
-        case 'S': _connection = SMOOTH, ++info->curr; continue;
-        case 't': _connection = SMOOTH_OTHER, ++info->curr; continue;
-        case 'C': setOrientationFast(OrientationCenter), ++info->curr; continue;
-        case 'R': setOrientationFast(OrientationRight), ++info->curr; continue;
-        case 'X': _locked = true, ++info->curr; continue;
         case '{':
             if (!readNodeUserData(*this, info)) return false;
             continue;
         default: {
+            if (applyListLetter(c)) {
+                ++info->curr;
+                continue;
+            }
             if (!startsNumber(c)) return false;
             double x = parsePlistDoubleValue(info);
             stepPlistBlindly(info, 1);
@@ -116,5 +109,23 @@ bool VLNode::readListWithVelmorParser_format(VLPlistParseInfo* info, uint8_t)
             setPosition({x, y});
         }
         }
+    }
+}
+
+bool VLNode::applyListLetter(uint8_t letter)
+{
+    switch (letter) {
+    case 'c': _type = VLNodeType::CURVE; return true;
+    case 'h': _type = VLNodeType::HOBBY; return true;
+    case 'l': _type = VLNodeType::LINE; return true;
+    case 'o': _type = VLNodeType::OFFCURVE; return true;
+    case 'q': _type = VLNodeType::QCURVE; return true;
+    case 's':
+    case 'S': _connection = SMOOTH; return true;
+    case 't': _connection = SMOOTH_OTHER; return true;
+    case 'C': setOrientationFast(OrientationCenter); return true;
+    case 'R': setOrientationFast(OrientationRight); return true;
+    case 'X': _locked = true; return true;
+    default: return false;
     }
 }

@@ -174,7 +174,11 @@ unitsPerEm = 1000;
 TEST(FontReader, MasterListMustNotBeEmpty)
 {
     EXPECT_EQ(readFont("{\nfontMaster = ();\n}"), nullptr);
-    EXPECT_EQ(readFont("{\nfontMaster = (\n{\nbogus = 1;\n}\n);\n}"), nullptr);
+    const std::string unknownKey = "{\nfontMaster = (\n{\nbogus = 1;\n}\n);\n}";
+    TemporaryFile file(unknownKey);
+    EXPECT_EQ(VLFont::initWithVelmorFileAtPath_error(file.path, nullptr), nullptr)
+        << "the streaming route refuses an unknown master key";
+    EXPECT_NE(readFont(unknownKey), nullptr) << "and the dictionary route takes the document";
 }
 
 TEST(GlyphReader, FirstPassKeys)

@@ -1,0 +1,74 @@
+#include "model/VLLayer.h"
+#include "outline/VLAnchor.h"
+#include "outline/VLComponent.h"
+#include "outline/VLPath.h"
+#include "reader/VLDictRecords.h"
+#include "reader/VLLayerKeys.h"
+
+namespace {
+
+template <typename K> bool appendShapes(VLLayer::Shapes& shapes, const Value& list, uint8_t format)
+{
+    auto records = readDictRecords<K>(list, false, [&](const Value& element) { return K::initWithDict_format(element, format); });
+    if (!records) return false;
+    shapes.insert(shapes.end(), records->begin(), records->end());
+    return true;
+}
+
+// An element with "nodes" is a path, one with "ref" a component; others are left out.
+std::shared_ptr<VLShape> shapeFromDict(const Value& element, uint8_t format)
+{
+    if (!element.isDictionary()) return nullptr;
+    if (!element["nodes"].isNull()) return VLPath::initWithDict_format(element, format);
+    if (!element["ref"].isNull()) return VLComponent::initWithDict_format(element, format);
+    return nullptr;
+}
+
+std::optional<VLLayer::Shapes> shapesFromDict(const Value& dict, uint8_t format)
+{
+    VLLayer::Shapes shapes;
+    if (format >= 2) {
+        auto records = readDictRecords<VLShape>(dict["shapes"], false,
+                                                [&](const Value& element) { return shapeFromDict(element, format); });
+        if (!records) return std::nullopt;
+        shapes = std::move(*records);
+    } else if (!appendShapes<VLPath>(shapes, dict["paths"], format) ||
+               !appendShapes<VLComponent>(shapes, dict["components"], format)) {
+        return std::nullopt;
+    }
+    if (shapes.size() > VLLayerMaximumShapes) return std::nullopt;
+    return shapes;
+}
+
+void readLayerValues(VLLayer& layer, const Value& dict)
+{
+    if (dict["name"].isString()) layer.setName(dict["name"].string());
+    if (dict["layerId"].isString()) layer.setLayerId(dict["layerId"].string());
+    if (dict["associatedMasterId"].isString()) layer.setAssociatedMasterId(dict["associatedMasterId"].string());
+    if (!dict["vertWidth"].isNull()) layer.setVertWidth(static_cast<double>(dict["vertWidth"].integerValue()));
+    if (!dict["vertOrigin"].isNull()) layer.setVertOrigin(static_cast<double>(dict["vertOrigin"].integerValue()));
+    if (dict["attr"].isDictionary()) layer.setAttributes(dict["attr"].dictionary());
+    if (dict["partSelection"].isDictionary()) layer.setPartSelection(dict["partSelection"].dictionary());
+    if (!dict["visible"].isNull()) layer.setVisible(dict["visible"].boolValue());
+    if (dict["userData"].isDictionary()) setLayerUserData(layer, dict["userData"].dictionary());
+}
+
+} // namespace
+
+std::shared_ptr<VLLayer> VLLayer::initWithDict_format(const Value& dict, uint8_t format)
+{
+    auto layer = init();
+    layer->_disableUpdates = true;
+    double width = dict["width"].isNull() ? 100.0 : dict["width"].doubleValue();
+    layer->_width = width < 0 ? 0.0 : width;
+    readLayerValues(*layer, dict);
+    auto shapes = shapesFromDict(dict, format);
+    if (!shapes) return nullptr;
+    if (!shapes->empty()) layer->setShapesFast(std::move(*shapes));
+    auto anchors = readDictRecords<VLAnchor>(dict["anchors"], false, [&](const Value& element) {
+        return VLAnchor::initWithDict_format(element, format);
+    });
+    if (anchors) setLayerAnchors(*layer, *anchors);
+    if (layer->_associatedMasterId.empty()) layer->_associatedMasterId = layer->_layerId;
+    return layer;
+}
