@@ -17,6 +17,7 @@
 class BezierPath;
 class VLFont;
 class VLFontMaster;
+class VLInstance;
 class VLLayer;
 class VLPartProperty;
 struct VLError;
@@ -233,6 +234,12 @@ public:
     // The weighted sum proper, over the layers in their order, on a zeroed copy of the first.
     std::shared_ptr<VLLayer> _interpolateLayers_interpolation_error(const std::vector<std::shared_ptr<VLLayer>>& layers,
                                                                     const VLFactors& factors, VLError* error);
+
+    // ---- interpolation/VLInstanceLayers.cpp: the glyph drawn at an instance.
+
+    // A new layer without parent from the instance's shares of the masters: its own where
+    // they are manual, else those of its location. Null where no master takes part.
+    std::shared_ptr<VLLayer> layerForInstance_error(VLInstance& instance, VLError* error);
 
     // The thumbnail's view of the glyph.
     double maxWidth();

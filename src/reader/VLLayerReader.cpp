@@ -66,12 +66,7 @@ bool readAnchors(VLLayer& layer, VLPlistParseInfo* info, uint8_t format)
 {
     auto anchors = readPlistObjects<VLAnchor>(info, format);
     if (!anchors) return false;
-    VLLayer::Anchors byName;
-    for (const auto& anchor : *anchors) {
-        anchor->setParent(layer.shared_from_this());
-        byName.setObject_forKey(anchor, anchor->name());
-    }
-    layer.setAnchorsFast(std::move(byName));
+    layer.setAnchorArrayFast(*anchors);
     return true;
 }
 
