@@ -4,6 +4,7 @@
 #include "model/VLFont.h"
 #include "model/VLFontMaster.h"
 #include "model/VLInstance.h"
+#include "platform/NumberConversion.h"
 
 #include <cmath>
 #include <set>
@@ -52,7 +53,7 @@ Participants participants(const Masters& masters, const Axes& axes, const std::s
 VLFactors pairShares(const Participants& p, const std::vector<double>& target, double weightY)
 {
     std::vector<double> targetY = target;
-    if (!targetY.empty()) targetY[0] = static_cast<float>(weightY);
+    if (!targetY.empty()) targetY[0] = VLSinglePrecision(weightY);
     auto x = anyCoeffs(p.positions, target, false);
     auto y = anyCoeffs(p.positions, targetY, false);
     VLFactors shares;

@@ -9,7 +9,7 @@ std::shared_ptr<VLInstance> VLInstance::initWithFont_axesValuesList(VLFont& font
     instance->_font = &font;
     instance->_axesValues = VLFont::axesValuesFromAxes_axesValuesList(font.axes(), location);
     auto factors = instance->instanceInterpolations_axes(font.fontMasters(), font.axes());
-    if (!factors) return nullptr;
+    if (!factors || factors->empty()) return nullptr;
     // Worked out for this place once, so that the glyphs drawn there don't ask again.
     instance->_manualInterpolation = true;
     instance->_instanceInterpolations = std::move(*factors);

@@ -93,7 +93,7 @@ public:
     // ---- interpolation/VLInstanceLayers.cpp: instances made to draw between the masters.
 
     // An instance of the font at a location in the order of its axes, with the shares of the
-    // font's masters there as its own.
+    // font's masters there as its own; null where the masters can't be blended there.
     static std::shared_ptr<VLInstance> initWithFont_axesValuesList(VLFont& font, const std::vector<double>& location);
 
     // Raw values between reading and the post-read pass.

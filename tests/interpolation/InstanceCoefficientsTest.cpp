@@ -171,8 +171,8 @@ TEST(CoefficientCache, SolvesOnceForEachMastersAndTarget)
 
     const MasterPositions together{{5.0}, {5.0}};
     before = VLCoefficientCache::solveCount();
-    EXPECT_TRUE(VLCoefficientCache::coefficientsForMasters_target(together, {5.0}).empty());
-    EXPECT_TRUE(VLCoefficientCache::coefficientsForMasters_target(together, {5.0}).empty());
+    EXPECT_TRUE(VLCoefficientCache::coefficientsForMasters_target(together, {6.0}).empty());
+    EXPECT_TRUE(VLCoefficientCache::coefficientsForMasters_target(together, {6.0}).empty());
     EXPECT_EQ(VLCoefficientCache::solveCount(), before + 1) << "an empty answer is kept as well";
 
     VLCoefficientCache::removeAllEntries();
@@ -237,6 +237,6 @@ instances = ({name = Book; interpolationWeight = 400;});
                   (std::vector<Point>{{0, 0}, {250, 0}, {125, 250}}));
         made->setInstanceInterpolations({});
         EXPECT_EQ(glyph->layerForInstance_error(*made, nullptr), nullptr) << "manual shares of no master";
-        EXPECT_EQ(VLInstance::initWithFont_axesValuesList(*font, {1e9}), nullptr);
+        EXPECT_EQ(VLInstance::initWithFont_axesValuesList(*font, {1e6}), nullptr);
     }
 }
