@@ -21,8 +21,6 @@ using Anchors = VLLayer::Anchors;
 constexpr size_t maximumComponentsWalked = 20000;
 // Heavily composed layers inherit nothing, which bounds the walk on them.
 constexpr size_t maximumShapesInheriting = 9;
-// No ligature joins more glyphs than this; a larger number in a name is no glyph number.
-constexpr int maximumLigatureNumber = 32767;
 
 struct AnchorWalk {
     // The glyphs on the way down: one of them placed again would close a cycle.
@@ -60,15 +58,15 @@ void addCopiesFromOrigin(const Anchors& own, Anchors& into)
     }
 }
 
-// The number behind the last "_" of "top_2"; 0 where there is none.
-int ligatureNumber(const std::string& name)
+// The number behind the last "_" of "top_2"; 0 where there is none. Numbers beyond the range of
+// int read as none, and the walk's budget of components keeps sums of them within a long.
+long ligatureNumber(const std::string& name)
 {
     size_t underscore = name.rfind('_');
     if (underscore == std::string::npos) return 0;
     int number = 0;
-    const char* digits = name.data() + underscore + 1;
-    auto [end, error] = std::from_chars(digits, name.data() + name.size(), number);
-    return error == std::errc() && number > 0 && number <= maximumLigatureNumber ? number : 0;
+    std::from_chars(name.data() + underscore + 1, name.data() + name.size(), number);
+    return std::max(number, 0);
 }
 
 // How many glyphs the names of the anchors speak of: "top_2" or "caret_1" two. A glyph of plain
@@ -80,9 +78,9 @@ long baseGlyphsNamed(const Anchors& anchors)
     bool plain = false;
     for (const std::string& name : anchors.allKeys()) {
         attaches |= name.starts_with('_');
-        plain |= !name.empty() && std::isalpha(static_cast<unsigned char>(name[0]));
-        if (name.starts_with('_') || name == "exit" || name == "entry" || name.find('_') == std::string::npos) continue;
-        most = std::max<long>(most, ligatureNumber(name) + (name.starts_with("caret_") ? 1 : 0));
+        plain |= std::isalpha(static_cast<unsigned char>(name[0])) != 0;
+        if (name.starts_with('_') || name.find('_') == std::string::npos) continue;
+        most = std::max(most, ligatureNumber(name) + (name.starts_with("caret_") ? 1 : 0));
     }
     return most == 0 && !attaches && plain ? 1 : most;
 }

@@ -134,7 +134,8 @@ TEST(Anchors, MarksStackOnTheirBase)
 
 TEST(Anchors, LigaturesNumberTheirGlyphs)
 {
-    AnchorFont f({"f", "i", "f_i", "f_f_i", "acutecomb", "alef", "beh", "behalef"});
+    AnchorFont f({"f", "i", "f_i", "f_f_i", "acutecomb", "alef", "beh", "behalef", "fi", "fi_j", "fcomp", "fcomp_i",
+                  "blank", "blank_i"});
     f.anchor("f", "top", {100, 700});
     f.anchor("i", "top", {50, 500});
     f.anchor("f_i", "caret_1", {300, 0});
@@ -152,6 +153,22 @@ TEST(Anchors, LigaturesNumberTheirGlyphs)
     EXPECT_EQ(positionOf(anchors, "top_1"), (Point{100, 700}));
     EXPECT_EQ(positionOf(anchors, "top_2"), (Point{300, 700}));
     EXPECT_EQ(positionOf(anchors, "top_3"), (Point{550, 500}));
+
+    // Glyphs that are no ligatures count by their anchors' numbers, carets one further, or as
+    // one glyph, or by the glyphs they place; a glyph of no plain anchors counts for none.
+    f.anchor("fi", "top_1", {0, 0});
+    f.anchor("fi", "caret_2", {0, 0});
+    f.place("fcomp", "f");
+    f.place("fcomp", "i");
+    f.anchor("blank", "*origin", {0, 0});
+    for (const char* ligature : {"fi_j", "fcomp_i", "blank_i"}) {
+        f.font->glyphForName(ligature)->setSubCategory("Ligature");
+        f.place(ligature, std::string(ligature).substr(0, std::string(ligature).find('_')));
+        f.place(ligature, "i");
+    }
+    EXPECT_TRUE(f.gathered("fi_j").objectForKey("top_4"));
+    EXPECT_TRUE(f.gathered("fcomp_i").objectForKey("top_3"));
+    EXPECT_TRUE(f.gathered("blank_i").objectForKey("top_1"));
 
     // A mark set on the second glyph takes that glyph's anchor.
     f.anchor("acutecomb", "_top", {0, 0});
@@ -176,10 +193,16 @@ TEST(Anchors, LigaturesNumberTheirGlyphs)
 
 TEST(Anchors, WalkEndsAndStaysBounded)
 {
-    AnchorFont f({"A", "S", "P", "Q", "crowd", "ten"});
+    AnchorFont f({"A", "S", "P", "Q", "crowd", "ten", ""});
     f.anchor("A", "top", {250, 700});
     f.place("S", "S");
     EXPECT_TRUE(f.gathered("S").empty()) << "a glyph that contains itself";
+    auto loose = VLLayer::init();
+    loose->addAnchor(VLAnchor::init());
+    EXPECT_TRUE(loose->anchorDictTraversingComponents().empty()) << "a layer of no glyph";
+    f.anchor("", "top", {0, 0});
+    EXPECT_TRUE(f.font->glyphs().back()->layerForId("m01")->anchorDictTraversingComponents().empty())
+        << "a glyph of no name";
     f.anchor("P", "top", {1, 1});
     f.anchor("Q", "bottom", {2, 2});
     f.place("P", "Q");
@@ -191,6 +214,13 @@ TEST(Anchors, WalkEndsAndStaysBounded)
     for (int i = 0; i < 10; ++i) f.place("ten", "A");
     f.anchor("ten", "bottom", {0, 0});
     EXPECT_EQ(f.gathered("ten").allKeys(), (std::vector<std::string>{"bottom"})) << "ten shapes inherit nothing";
+
+    // Each level places the next nine times: without a bound the walk would visit 9^8 layers.
+    AnchorFont deep({"g0", "g1", "g2", "g3", "g4", "g5", "g6", "g7", "g8"});
+    for (int level = 0; level < 8; ++level)
+        for (int i = 0; i < 9; ++i) deep.place("g" + std::to_string(level), "g" + std::to_string(level + 1));
+    deep.anchor("g8", "top", {0, 0});
+    EXPECT_TRUE(deep.gathered("g0").objectForKey("top"));
 }
 
 TEST(Anchors, OriginMovesTheOwnAnchors)
