@@ -97,7 +97,11 @@ TEST(InstanceCoefficients, ShareTheMastersAtTheLocation)
     EXPECT_EQ(describe(line.factorsAt({10001})), "nothing") << "a share above 100";
     EXPECT_EQ(describe(line.factorsAt({})), "m1=1 ") << "an instance without a location";
     EXPECT_EQ(describe(line.instanceAt({50})->instanceInterpolations_axes({}, line.font->axes())), "nothing");
-    EXPECT_EQ(describe(line.instanceAt({50})->instanceInterpolations_axes({line.font->fontMasters()[1]}, {})), "m2=1 ");
+    EXPECT_EQ(describe(line.instanceAt({50})->instanceInterpolations_axes({line.font->fontMasters()[1]},
+                                                                          line.font->axes())),
+              "m2=1 ");
+    DesignSpace unit({{0}, {1}});
+    EXPECT_EQ(describe(unit.factorsAt({100})), "m1=-99 m2=100 ") << "a share of 100 itself is kept";
 
     DesignSpace square({{0, 0}, {100, 0}, {0, 100}, {100, 100}});
     EXPECT_EQ(describe(square.factorsAt({25, 50})), "m1=0.375 m2=0.125 m3=0.375 m4=0.125 ");
@@ -139,6 +143,18 @@ TEST(InstanceCoefficients, SeparateWeightForYGivesPairs)
     addParameter(*atMaster, "InterpolationWeightY", Value("0.0004"));
     EXPECT_EQ(describe(atMaster->instanceInterpolations_axes(line.font->fontMasters(), line.font->axes())),
               "m1=1/1 ") << "a text value counts; a share of 0.001 or less in both takes no part";
+
+    DesignSpace thousand({{0}, {1000}});
+    auto near = thousand.instanceAt({1});
+    addParameter(*near, "InterpolationWeightY", Value(1));
+    EXPECT_EQ(describe(near->instanceInterpolations_axes(thousand.font->fontMasters(), thousand.font->axes())),
+              "m1=0.999 ") << "a share of 0.001 takes no part";
+
+    DesignSpace together({{5}, {5}});
+    auto split = together.instanceAt({5});
+    addParameter(*split, "InterpolationWeightY", Value(6));
+    EXPECT_EQ(describe(split->instanceInterpolations_axes(together.font->fontMasters(), together.font->axes())), "")
+        << "x has a master, y none";
 
     DesignSpace square({{0, 0}, {100, 0}, {0, 100}, {100, 100}});
     auto planar = square.instanceAt({0, 50});
