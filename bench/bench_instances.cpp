@@ -26,7 +26,9 @@ struct FiveMasters {
         const double places[][2] = {{100, 75}, {900, 75}, {100, 125}, {900, 125}, {400, 100}};
         for (const auto& place : places) {
             auto master = VLFontMaster::initFast();
-            master->setId("m" + std::to_string(masters.size()));
+            std::string id = "m";
+            id += std::to_string(masters.size());
+            master->setId(id);
             master->setAxisValueValue_forId(place[0], "a");
             master->setAxisValueValue_forId(place[1], "b");
             masters.push_back(master);
@@ -61,3 +63,5 @@ void BM_InstanceFactorsWarmCache(benchmark::State& state)
 
 BENCHMARK(BM_InstanceFactorsColdCache)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_InstanceFactorsWarmCache)->Unit(benchmark::kMicrosecond);
+
+BENCHMARK_MAIN();
