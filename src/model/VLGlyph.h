@@ -17,6 +17,7 @@
 class BezierPath;
 class VLFont;
 class VLFontMaster;
+class VLInstance;
 class VLLayer;
 class VLPartProperty;
 struct VLError;
@@ -258,6 +259,12 @@ public:
     // The same groups as kerning keys; "" for none.
     std::string nextKerningGroupIDforDirection(int direction) const;
     std::string previousKerningGroupIDforDirection(int direction) const;
+
+    // ---- interpolation/VLInstanceLayers.cpp: the glyph drawn at an instance.
+
+    // A new layer without parent from the instance's shares of the masters: its own where
+    // they are manual, else those of its location. Null where no master takes part.
+    std::shared_ptr<VLLayer> layerForInstance_error(VLInstance& instance, VLError* error);
 
     // The thumbnail's view of the glyph.
     double maxWidth();

@@ -2,10 +2,13 @@
 #include "platform/NumberConversion.h"
 
 #include "model/VLAxis.h"
+#include "model/VLCustomParameter.h"
 #include "model/VLFont.h"
 #include "model/VLMetricValue.h"
 
+#include <algorithm>
 #include <array>
+#include <cmath>
 
 namespace {
 
@@ -22,6 +25,23 @@ ValueArray legacyInterpolations(const Value& dict)
         numbers.push_back(v.isNull() ? (i < 2 ? 100.0 : 0.0) : v.doubleValue());
     }
     return numbers;
+}
+
+bool equalFactors(const VLFactors& a, const VLFactors& b)
+{
+    if (a.count() != b.count()) return false;
+    return std::all_of(a.allKeys().begin(), a.allKeys().end(), [&](const std::string& key) {
+        auto index = b.indexOfKey(key);
+        VLFactor mine = a.objectForKey(key), theirs = b.objectForKey(key);
+        return index && mine.x == theirs.x && mine.y == theirs.y;
+    });
+}
+
+bool equalParameters(const VLCustomParameterOwner::Parameters& a, const VLCustomParameterOwner::Parameters& b)
+{
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](const auto& p, const auto& q) {
+        return p->name() == q->name() && p->value() == q->value() && p->active() == q->active();
+    });
 }
 
 } // namespace
@@ -113,6 +133,7 @@ std::shared_ptr<VLInstance> VLInstance::copy() const
     instance->_isItalic = _isItalic;
     instance->_isBold = _isBold;
     instance->_manualInterpolation = _manualInterpolation;
+    instance->_linkStyle = _linkStyle;
     instance->_exports = _exports;
     instance->_name = _name;
     instance->_visible = _visible;
@@ -123,4 +144,16 @@ std::shared_ptr<VLInstance> VLInstance::copy() const
     for (const auto& [axisId, value] : _axesValues) instance->_axesValues[axisId] = value->copy();
     instance->copyCustomParametersFrom(*this);
     return instance;
+}
+
+bool VLInstance::isEqualToInstance(const VLInstance& other) const
+{
+    for (const auto& [axisId, value] : _axesValues)
+        if (std::fabs(value->position() - other.axisValueValueForId(axisId)) > 0.01) return false;
+    return _name == other._name && _exports == other._exports && _visible == other._visible &&
+           equalFactors(_instanceInterpolations, other._instanceInterpolations) && _isBold == other._isBold &&
+           _isItalic == other._isItalic && _linkStyle == other._linkStyle &&
+           equalParameters(customParameters(), other.customParameters()) &&
+           _weightClassValue == other._weightClassValue && _manualInterpolation == other._manualInterpolation &&
+           _widthClassValue == other._widthClassValue;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "model/VLCustomParameterOwner.h"
+#include "model/VLFactors.h"
 #include "model/VLOrderedDictionary.h"
 #include "model/VLReadBuffer.h"
 #include "platform/Value.h"
@@ -10,8 +11,11 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
+class VLAxis;
 class VLFont;
+class VLFontMaster;
 class VLMetricValue;
 struct VLError;
 
@@ -54,7 +58,15 @@ public:
     void setManualInterpolation(bool v) { _manualInterpolation = v; }
     uint16_t weightClassValue() const { return _weightClassValue; }
     uint16_t widthClassValue() const { return _widthClassValue; }
-    const VLOrderedDictionary<double>& instanceInterpolations() const { return _instanceInterpolations; }
+    const std::string& linkStyle() const { return _linkStyle; }
+    void setLinkStyle(const std::string& style) { _linkStyle = style; }
+    // The masters' shares; they are the user's own where manualInterpolation is set.
+    const VLFactors& instanceInterpolations() const { return _instanceInterpolations; }
+    void setInstanceInterpolations(VLFactors factors) { _instanceInterpolations = std::move(factors); }
+    // Same place within 0.01 on each axis of this instance (an axis the other lacks stands at
+    // 0), and the same settings. Axes of the other alone are not looked at, so the relation need
+    // not be symmetric.
+    bool isEqualToInstance(const VLInstance& other) const;
 
     // Location.
     const AxesValues& axesValues() const { return _axesValues; }
@@ -63,6 +75,26 @@ public:
     // A null value removes the axis.
     void setAxisValue_forId(std::shared_ptr<VLMetricValue> value, const std::string& axisId);
     void setAxisValueValueFast_forId(double value, const std::string& axisId);
+
+    // ---- interpolation/VLInstanceCoefficients.cpp: the masters' shares at the location, for
+    // the masters given, placed by the axes given.
+
+    // Nothing without masters, or where a share would pass 100 in magnitude; the first master
+    // alone for one master or an instance without a location. Masters named in "Disable Masters"
+    // of the font or the instance take no part, nor does a master at the place of an earlier
+    // one. With "InterpolationWeightY" the shares for y come from that value in place of the
+    // first coordinate, and each share is a pair.
+    std::optional<VLFactors> instanceInterpolations_axes(const std::vector<std::shared_ptr<VLFontMaster>>& masters,
+                                                         const std::vector<std::shared_ptr<VLAxis>>& axes);
+    std::optional<VLFactors>
+    instanceInterpolationsCoeffs_axes(const std::vector<std::shared_ptr<VLFontMaster>>& masters,
+                                      const std::vector<std::shared_ptr<VLAxis>>& axes);
+
+    // ---- interpolation/VLInstanceLayers.cpp: instances made to draw between the masters.
+
+    // An instance of the font at a location in the order of its axes, with the shares of the
+    // font's masters there as its own; null where the masters can't be blended there.
+    static std::shared_ptr<VLInstance> initWithFont_axesValuesList(VLFont& font, const std::vector<double>& location);
 
     // Raw values between reading and the post-read pass.
     const std::optional<ValueDictionary>& readBuffer() const { return _readBuffer.values(); }
@@ -76,7 +108,8 @@ private:
     bool _exports = true;
     std::string _name = "Regular";
     bool _visible = true;
-    VLOrderedDictionary<double> _instanceInterpolations;
+    std::string _linkStyle;
+    VLFactors _instanceInterpolations;
     VLReadBuffer _readBuffer;
     uint16_t _weightClassValue = 400;
     uint16_t _widthClassValue = 5;

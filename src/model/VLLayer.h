@@ -105,7 +105,8 @@ public:
     // Anchors by name, the background image, and the place of a smart glyph's layer: which end
     // of each part axis it stands at.
     const Anchors& anchors() const { return _anchors; }
-    void setAnchorsFast(Anchors anchors) { _anchors = std::move(anchors); }
+    // Stores the anchors and makes this layer their parent (outline/VLLayerAnchors.cpp).
+    void setAnchorsFast(Anchors anchors);
     const std::shared_ptr<VLBackgroundImage>& backgroundImage() const { return _backgroundImage; }
     void setBackgroundImage(std::shared_ptr<VLBackgroundImage> image);
     const ValueDictionary& partSelection() const { return _partSelection; }
@@ -245,6 +246,32 @@ public:
     void restoreHints();
     // Path index and node index; the node index wraps in a closed path.
     std::shared_ptr<VLNode> nodeAtIndexPath(const std::vector<size_t>& indexPath) const;
+
+    // ---- outline/VLLayerAnchors.cpp: anchors by name; outline/VLAnchorTraversal.cpp: the
+    // anchors of the glyphs that components place, gathered with the layer's own.
+
+    size_t countOfAnchors() const { return _anchors.count(); }
+    bool hasAnchors() const { return !_anchors.empty(); }
+    std::shared_ptr<VLAnchor> anchorForName(const std::string& name) const;
+    // With traverse, among the anchors gathered through components.
+    std::shared_ptr<VLAnchor> anchorForName_traverseComponents(const std::string& name, bool traverse) const;
+    // Null past the end.
+    std::shared_ptr<VLAnchor> objectInAnchorsAtIndex(size_t index) const;
+    // Stored under its name, replacing an anchor of that name; an anchor without a name is
+    // named "anchor01", "anchor02", ... by the first name that is free. Null does nothing.
+    void addAnchor(const std::shared_ptr<VLAnchor>& anchor);
+    void setAnchors(Anchors anchors) { setAnchorsFast(std::move(anchors)); }
+    // Keyed by name; of two of one name the later stays.
+    void setAnchorArray(const std::vector<std::shared_ptr<VLAnchor>>& anchors) { setAnchorArrayFast(anchors); }
+    void setAnchorArrayFast(const std::vector<std::shared_ptr<VLAnchor>>& anchors);
+    // Moves the anchor of the old name to the new key, and renames it.
+    void switchAnchorFastName_withName(const std::string& oldName, const std::string& newName);
+    // The own anchors over those of the components' glyphs, moved by the components' transforms
+    // and named for the place they come from: "top_2" for the second glyph of a ligature. A mark
+    // component's anchors replace those of the base below it. A glyph that is its own component
+    // ends the walk, and a layer of ten shapes or more takes nothing from its components.
+    std::vector<std::shared_ptr<VLAnchor>> anchorsTraversingComponents() const;
+    Anchors anchorDictTraversingComponents() const;
 
     // ---- outline/VLLayerOutlines.cpp: outlines, cached until setNeedUpdateShapes.
 

@@ -22,10 +22,16 @@ public:
 
     const std::string& name() const { return _name; }
     void setName(const std::string& name) { _name = name; }
+    // Neither setter renames the anchor's key in its layer: switchAnchorFastName_withName does.
+    void setNameFast(std::string name) { _name = std::move(name); }
     const ValueDictionary& userData() const { return _userData; }
     void setUserData(ValueDictionary userData) { _userData = std::move(userData); }
 
     bool parseVelmorLine_format(VLPlistParseInfo* info, uint8_t format);
+
+    // The name an anchor takes in a component of this scale. Mirrored components are the ones
+    // that could swap parts of names, and no pair of names is known to swap, so the name stays.
+    static std::string anchorName_forScale(const std::string& name, Point) { return name; }
 
 private:
     std::string _name;

@@ -68,7 +68,7 @@ std::shared_ptr<VLLayer> VLLayer::initWithDict_format(const Value& dict, uint8_t
     auto anchors = readDictRecords<VLAnchor>(dict["anchors"], false, [&](const Value& element) {
         return VLAnchor::initWithDict_format(element, format);
     });
-    if (anchors) setLayerAnchors(*layer, *anchors);
+    if (anchors) layer->setAnchorArrayFast(*anchors);
     if (layer->_associatedMasterId.empty()) layer->_associatedMasterId = layer->_layerId;
     return layer;
 }

@@ -67,7 +67,7 @@ bool readAnchors(VLLayer& layer, VLPlistParseInfo* info, uint8_t format)
 {
     auto anchors = readPlistObjects<VLAnchor>(info, format);
     if (!anchors) return false;
-    setLayerAnchors(layer, *anchors);
+    layer.setAnchorArrayFast(*anchors);
     return true;
 }
 

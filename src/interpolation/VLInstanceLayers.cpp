@@ -1,0 +1,28 @@
+#include "model/VLFont.h"
+#include "model/VLGlyph.h"
+#include "model/VLInstance.h"
+#include "model/VLLayer.h"
+
+std::shared_ptr<VLInstance> VLInstance::initWithFont_axesValuesList(VLFont& font, const std::vector<double>& location)
+{
+    auto instance = init();
+    instance->_font = &font;
+    instance->_axesValues = VLFont::axesValuesFromAxes_axesValuesList(font.axes(), location);
+    auto factors = instance->instanceInterpolations_axes(font.fontMasters(), font.axes());
+    if (!factors || factors->empty()) return nullptr;
+    // Worked out for this place once, so that the glyphs drawn there don't ask again.
+    instance->_manualInterpolation = true;
+    instance->_instanceInterpolations = std::move(*factors);
+    return instance;
+}
+
+std::shared_ptr<VLLayer> VLGlyph::layerForInstance_error(VLInstance& instance, VLError* error)
+{
+    auto font = parent();
+    if (!font) return nullptr;
+    auto factors = instance.manualInterpolation()
+                       ? std::optional(instance.instanceInterpolations())
+                       : instance.instanceInterpolations_axes(font->fontMasters(), font->axes());
+    if (!factors || factors->empty()) return nullptr;
+    return interpolate_error(*factors, error);
+}
