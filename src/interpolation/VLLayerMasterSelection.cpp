@@ -77,7 +77,7 @@ std::vector<double> smartLayerLocation(const PartAxes& axes, const VLLayer& laye
 
 void widen(const std::vector<double>& location, std::vector<double>& axesMax, std::vector<double>& axesMin)
 {
-    for (size_t i = 0; i < location.size() && i < axesMax.size() && i < axesMin.size(); ++i) {
+    for (size_t i = 0; i < location.size(); ++i) {
         axesMax[i] = std::max(axesMax[i], location[i]);
         axesMin[i] = std::min(axesMin[i], location[i]);
     }

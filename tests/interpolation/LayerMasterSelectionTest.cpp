@@ -156,6 +156,8 @@ TEST(LayerMasterSelection, CoefficientsAreTidiedInTheOrderOfTheMasters)
     // 0.0004 and -0.0002 go, and their sum goes to the kept ones in equal parts.
     expectEntries(VLLayer::computeInterpolationMasters_solution_masterIds(masters, {0.0004, 0.4996, -0.0002, 0.5006}, ids),
                   {{"b", 0.4997}, {"d", 0.5007}});
+    expectEntries(VLLayer::computeInterpolationMasters_solution_masterIds(masters, {0.5, 0.0004, 0.2, 0.2996}, ids),
+                  {{"a", 0.5 + 0.0004 / 3}, {"c", 0.2 + 0.0004 / 3}, {"d", 0.2996 + 0.0004 / 3}});
     expectEntries(VLLayer::computeInterpolationMasters_solution_masterIds(masters, {0.0006, 0.4994, 0.2, 0.3}, ids),
                   {{"a", 0.0006}, {"b", 0.4994}, {"c", 0.2}, {"d", 0.3}});
     // One coefficient beyond 100 gives nothing at all.
@@ -211,6 +213,8 @@ TEST(LayerMasterSelection, ProductOfWeightsTakesEveryMasterOffTheLowEndForTheTop
     // One axis: the low end weighs (range - (t - p)) / range, every other master (range - (p - t)) / range.
     auto weights = VLLayer::computeMM_target_axesMax_axesMin_axisCount({{0}, {50}, {100}}, {25}, {100}, {0}, 1);
     EXPECT_EQ(weights, (std::vector<double>{0.75, 0.75, 0.25})) << "the master in the middle counts as a top";
+    weights = VLLayer::computeMM_target_axesMax_axesMin_axisCount({{100}, {150}, {300}}, {125}, {300}, {100}, 1);
+    EXPECT_EQ(weights, (std::vector<double>{0.875, 0.875, 0.125})) << "measured from the low end of the range";
     // Two axes multiply; beyond the range weights turn negative.
     weights = VLLayer::computeMM_target_axesMax_axesMin_axisCount({{0, 0}, {100, 0}, {0, 200}, {100, 200}}, {150, 50},
                                                                   {100, 200}, {0, 0}, 2);
