@@ -104,6 +104,8 @@ TEST(MutatorIndex, TwoAxesOfAFullGridBlendAsTheirProduct)
     expectShares(sharesAt(corners, {100, 0}), {0, 1, 0, 0});
     // Past the end of an axis the on-axis delta grows beyond 1, and the corner's fades out.
     expectShares(sharesAt(corners, {150, 0}), {-0.5, 1.5, 0, 0});
+    // Below the start of an axis: the product again, (1 - u)(1 - v) and so on with u = -0.5.
+    expectShares(sharesAt(corners, {-50, 50}), {0.75, -0.25, 0.75, -0.25});
 
     auto model = MAMutatorIndex::initWithItems(corners);
     ASSERT_NE(model->neutral(), nullptr);
