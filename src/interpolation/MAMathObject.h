@@ -8,9 +8,8 @@
 // place and 0 elsewhere, so an instance of the model, which is a weighted sum of such objects,
 // says how much of each master goes into it.
 //
-// The arithmetic follows the model's Python ancestor (__add__, __sub__, __scale__), whose names C++
-// reserves. An absent operand counts as all zeros, so that a model without a neutral object sums
-// its deltas alone.
+// add, sub and scale are the model's arithmetic. An absent operand counts as all zeros, so that a
+// model without a neutral object sums its deltas alone.
 class MAMathObject {
 public:
     static std::shared_ptr<MAMathObject> init() { return std::make_shared<MAMathObject>(); }
