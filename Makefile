@@ -8,6 +8,7 @@ DEMO_INPUT := examples/Velmor-Sample.velmor
 DEMO_MASTERS_INPUT := examples/Velmor-Sample-Masters.velmor
 DEMO_COMPOSITES_INPUT := examples/Velmor-Composites.velmor
 DEMO_BRACE_INPUT := examples/Velmor-Brace.velmor
+DEMO_SMART_INPUT := examples/Velmor-Smart.velmor
 
 .PHONY: all deps release demo test bench bench-run clean
 
@@ -25,7 +26,8 @@ demo: release
 	$(RELEASE_DIR)/velmor-thumbnailer -s 256 $(DEMO_MASTERS_INPUT) build/demo-masters.png
 	$(RELEASE_DIR)/velmor-thumbnailer -s 256 $(DEMO_COMPOSITES_INPUT) build/demo-composites.png
 	$(RELEASE_DIR)/velmor-thumbnailer -s 256 $(DEMO_BRACE_INPUT) build/demo-brace.png
-	@echo "wrote build/demo.png, build/demo-masters.png, build/demo-composites.png and build/demo-brace.png"
+	$(RELEASE_DIR)/velmor-thumbnailer -s 256 $(DEMO_SMART_INPUT) build/demo-smart.png
+	@echo "wrote build/demo.png, build/demo-masters.png, build/demo-composites.png, build/demo-brace.png and build/demo-smart.png"
 
 test: deps
 	cmake -S . -B $(TEST_DIR) -DCMAKE_BUILD_TYPE=Debug -DVELMOR_SANITIZE=ON >/dev/null

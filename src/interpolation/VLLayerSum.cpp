@@ -89,19 +89,6 @@ void addPath(VLPath& sum, const VLPath& path, VLFactor f)
     }
 }
 
-// The component's value on a part axis of its glyph: its own setting, else the end of the axis
-// where its base layer stands, else unset.
-double partValue(const VLComponent& component, const VLPartProperty& axis)
-{
-    auto own = component.pieceSettings().find(axis.axisId());
-    if (own != component.pieceSettings().end() && own->second.isNumber())
-        return VLSinglePrecision(own->second.doubleValue());
-    auto base = component.componentLayer();
-    if (!base) return VLUnsetValue;
-    auto setting = base->partSelection().find(axis.axisId());
-    return setting == base->partSelection().end() ? VLUnsetValue : axis.valueForPartSetting(setting->second);
-}
-
 void addPieceSettings(VLComponent& sum, const VLComponent& component, double fx)
 {
     auto glyph = component.component();
@@ -109,7 +96,7 @@ void addPieceSettings(VLComponent& sum, const VLComponent& component, double fx)
     ValueDictionary settings = sum.pieceSettings();
     for (const auto& axis : glyph->partsSettings()) {
         Value& entry = settings[axis->axisId()];
-        entry = Value(entry.doubleValue() + fx * partValue(component, *axis));
+        entry = Value(entry.doubleValue() + fx * component.valueForAxis(*axis));
     }
     sum.setPieceSettings(std::move(settings));
 }

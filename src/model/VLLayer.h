@@ -2,6 +2,7 @@
 
 #include "model/VLColorIndex.h"
 #include "model/VLContainer.h"
+#include "model/VLFactors.h"
 #include "model/VLOrderedDictionary.h"
 #include "model/VLReadBuffer.h"
 #include "platform/Color.h"
@@ -27,6 +28,8 @@ class VLHint;
 class VLMetricValue;
 class VLNode;
 class VLPenProtocol;
+class VLPartProperty;
+class MALocationIndex;
 struct VLError;
 struct VLPlistParseInfo;
 
@@ -317,6 +320,61 @@ public:
     // The structure that interpolation needs to match: node types, shape order, component and
     // anchor names, corner hints.
     std::string compareString() const;
+
+    // ---- interpolation/VLLayerMasterSelection.cpp: the layers of a smart glyph that make up a
+    // component at its part values, and the share of each. The receiver is the layer the component
+    // shows without part values; smart settings map axis ids to part values.
+
+    // The part axes of the glyph; a glyph without them has the corner axes if it is a corner, else
+    // the font's axes, which have no ends of their own (both read 0).
+    std::vector<std::shared_ptr<VLPartProperty>> axes() const;
+    // 0 for the setting 1, the bottom of an axis; 1, the top, for any other.
+    static int64_t _valueForPartSetting(int64_t setting);
+    // The glyph's layers summed for the smart settings, as a new layer without parent; null where
+    // the model in force gives no factors. The font's custom values choose the model: "Smart
+    // Components Compatibility Mode" the delta model, else "Smart Components MM Mode" the product
+    // of linear weights per axis, else the coefficient solver.
+    std::shared_ptr<VLLayer> pieceInterpolate(const ValueDictionary& smartSettings) const;
+    std::optional<VLFactors> factorsCoeff(const ValueDictionary& smartSettings) const;
+    std::optional<VLFactors> factorsMM(const ValueDictionary& smartSettings) const;
+    std::optional<VLFactors> factorsMA(const ValueDictionary& smartSettings) const;
+    // The glyph's layers that take part, by layer id, and their locations: those of the receiver's
+    // master, or of every master where an axis is a weight axis; smart layers at the ends their
+    // part selection gives (one per location, the first in the order of layers), and brace layers
+    // at their coordinates where asked. axesMax and axesMin widen to take in every location.
+    void computeMastersCoeff_hasWeightAxis_doBraceLayer_masterIds_axesMax_axesMin_axisCount_masters_error(
+        const std::vector<std::shared_ptr<VLPartProperty>>& axes, bool hasWeightAxis, bool doBraceLayer,
+        std::vector<std::string>& masterIds, std::vector<double>& axesMax, std::vector<double>& axesMin,
+        size_t axisCount, std::vector<std::vector<double>>& masters, VLError* error) const;
+    // The smart settings as a location, the layer's own place for axes they leave out. Values
+    // beyond 10000 are logged and read 0; with five axes or more a value is held within half as
+    // much again as the masters span beyond their range.
+    static void computeTargetCoeff_layer_axesMax_axesMin_axisCount_smartSettings_target(
+        const std::vector<std::shared_ptr<VLPartProperty>>& axes, const VLLayer& layer,
+        const std::vector<double>& axesMax, const std::vector<double>& axesMin, size_t axisCount,
+        const ValueDictionary& smartSettings, std::vector<double>& target);
+    // Coefficients by master id, in the order of the masters: those below 0.0005 are dropped and
+    // their sum spread over the others, those up to 0.0001 left out. Empty for a count that does
+    // not match; null for a coefficient beyond 100.
+    static std::optional<VLFactors> computeInterpolationMasters_solution_masterIds(
+        const std::vector<std::vector<double>>& masters, std::vector<double> solution,
+        const std::vector<std::string>& masterIds);
+    // One weight per master: the product over the axes of a linear weight that takes a master at
+    // the low end of an axis for the low end, and any other for the top.
+    static std::vector<double> computeMM_target_axesMax_axesMin_axisCount(const std::vector<std::vector<double>>& masters,
+                                                                          const std::vector<double>& target,
+                                                                          const std::vector<double>& axesMax,
+                                                                          const std::vector<double>& axesMin,
+                                                                          size_t axisCount);
+    // The same for the delta model: every smart layer that takes part, each with an object of its
+    // own, and the target without limits.
+    std::vector<std::shared_ptr<MALocationIndex>>
+    computeMasters(const std::vector<std::shared_ptr<VLPartProperty>>& axes) const;
+    static std::shared_ptr<MALocationIndex>
+    computeTarget_layer_masters_smartSettings(const std::vector<std::shared_ptr<VLPartProperty>>& axes,
+                                              const VLLayer& layer,
+                                              const std::vector<std::shared_ptr<MALocationIndex>>& masters,
+                                              const ValueDictionary& smartSettings);
 
 private:
     // The outlines of outline/VLLayerOutlines.cpp. A flush drops the paths; the corner handles,

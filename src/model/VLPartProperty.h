@@ -24,6 +24,10 @@ public:
     // The bottom value for a setting of 1, the top value for anything else, absence included.
     double valueForPartSetting(const Value& setting) const;
 
+    // ---- interpolation/VLLayerMasterSelection.cpp: a glyph without part axes is measured along
+    // the corner or font axes, which stand in as part axes under their own ids.
+    void setAxisId(const std::string& axisId) { _axisId = axisId; }
+
 private:
     std::string _name;
     std::string _axisId;

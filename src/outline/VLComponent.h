@@ -11,6 +11,7 @@
 class BezierPath;
 class VLGlyph;
 class VLLayer;
+class VLPartProperty;
 struct VLPlistParseInfo;
 
 // Another glyph's layer placed in a layer, by name, with a transform of its own.
@@ -49,7 +50,6 @@ public:
     const std::optional<std::string>& anchor() const { return _anchor; }
     void setAnchor(const std::string& anchor) { _anchor = anchor; }
     const ValueDictionary& pieceSettings() const { return _pieceSettings; }
-    void setPieceSettings(ValueDictionary settings) { _pieceSettings = std::move(settings); }
 
     // ---- outline/VLComponentLayers.cpp: the glyph and the layer the component shows.
     // The glyph componentName names, looked up again when there is none yet or it belongs to
@@ -65,11 +65,31 @@ public:
     // The glyph interpolated at the location of the brace layer the component stands in, for a
     // glyph without a layer there.
     std::shared_ptr<VLLayer> _interpolatedLayer_masterID(VLGlyph& glyph, const std::string& masterId) const;
-    // The layer whose shapes the component draws.
-    std::shared_ptr<VLLayer> componentLayer() const;
     // The hook for a layer scaled so that its stems keep their weight; no scaler ships with this
     // system, so the layer comes back as it is.
     std::shared_ptr<VLLayer> pluginTransformLayer(const std::shared_ptr<VLLayer>& layer) const { return layer; }
+
+    // ---- interpolation/VLComponentSmartLayer.cpp: part values, and the layer a component of a
+    // smart glyph shows at them.
+
+    // Part values by axis id; the key "Group" marks a component that stands for an arrangement
+    // inside its glyph and asks for no part values of its own. New settings drop the layer made
+    // for the old ones.
+    void setPieceSettings(ValueDictionary settings);
+    // The value as single precision, or VLUnsetValue for none.
+    double pieceValueForKey(const std::string& key) const;
+    // VLUnsetValue or more removes the key.
+    void setPieceValue_forKey(double value, const std::string& key);
+    // The component's part value on the axis: its own setting, else the end of the axis where the
+    // base layer of its master stands, else VLUnsetValue.
+    double valueForAxis(const VLPartProperty& axis) const;
+    // The glyph's layer of the master the component stands in, whatever the kind of layer.
+    std::shared_ptr<VLLayer> associatedBaseComponentLayerForGlyph(const std::shared_ptr<VLGlyph>& glyph) const;
+    // The layer whose shapes the component draws: the base layer, or for part values the glyph's
+    // layers summed for them, kept until the glyph or a glyph its base layer places changes; null
+    // when there is no base or the part values can't be met. The layer kept is made and read in
+    // this getter, so a component is asked from one thread at a time, as the whole document is.
+    std::shared_ptr<VLLayer> componentLayer() const;
 
     // ---- outline/VLComponentOutlines.cpp: the outline the component shows.
     // A new path: the closed outline of its layer with its own components, placed by the

@@ -71,11 +71,3 @@ std::shared_ptr<VLLayer> VLComponent::_interpolatedLayer_masterID(VLGlyph& glyph
     _lastChange = glyph.lastOperationInterval();
     return interpolated;
 }
-
-std::shared_ptr<VLLayer> VLComponent::componentLayer() const
-{
-    auto base = baseComponentLayer();
-    if (!base) return nullptr;
-    if (std::abs(_keepWeight) > 0.001) return pluginTransformLayer(base);
-    return base;
-}
