@@ -15,9 +15,6 @@ namespace {
 using Masters = std::vector<std::shared_ptr<VLFontMaster>>;
 using Axes = std::vector<std::shared_ptr<VLAxis>>;
 
-// Past this magnitude a share means the masters can't reach the location: nothing is drawn.
-constexpr double largestShare = 100.0;
-constexpr double negligibleShare = 0.0001;
 constexpr double negligiblePairShare = 0.001;
 
 void addNames(const Value& names, std::set<std::string>& into)
@@ -67,17 +64,9 @@ VLFactors pairShares(const Participants& p, const std::vector<double>& target, d
 
 std::optional<VLFactors> cachedShares(const Participants& p, const std::vector<double>& target)
 {
-    auto coefficients = VLCoefficientCache::coefficientsForMasters_target(p.positions, target);
-    VLFactors shares;
-    if (coefficients.size() != p.masters.size()) return shares;
-    tidyCoefficients(coefficients);
-    for (size_t i = 0; i < coefficients.size(); ++i) {
-        double share = std::fabs(coefficients[i]);
-        if (!(share > negligibleShare)) continue;
-        if (share > largestShare) return std::nullopt;
-        shares.setObject_forKey(coefficients[i], p.masters[i]->id());
-    }
-    return shares;
+    std::vector<std::string> ids;
+    for (const auto& master : p.masters) ids.push_back(master->id());
+    return VLFactorsOfCoefficients(VLCoefficientCache::coefficientsForMasters_target(p.positions, target), ids);
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 #include "interpolation/MALocationIndex.h"
 #include "interpolation/MAMathObject.h"
 #include "interpolation/MAMutatorIndex.h"
+#include "interpolation/VLCoefficientTidying.h"
 #include "interpolation/coefficients.h"
 #include "model/VLAxis.h"
 #include "model/VLFont.h"
@@ -26,12 +27,6 @@ constexpr double largestPieceSetting = 10000.0;
 constexpr size_t axesForFewerCandidates = 9;
 // From this many axes on, a target is held near the masters, where the solver finds its way.
 constexpr size_t axesForClamping = 5;
-// Coefficients smaller than this are noise of the solver: dropped, and their sum kept.
-constexpr double smallestKeptCoefficient = 0.0005;
-// Coefficients up to this take no part.
-constexpr double smallestCoefficient = 0.0001;
-// A coefficient beyond this is no interpolation but a wild extrapolation.
-constexpr double largestCoefficient = 100.0;
 // Shares of the delta model up to this take no part.
 constexpr double smallestDeltaFactor = 1e-5;
 // Where a brace layer gives no coordinate for an axis, axesValuesList_fontAxes leaves this.
@@ -285,32 +280,8 @@ void VLLayer::computeTargetCoeff_layer_axesMax_axesMin_axisCount_smartSettings_t
 std::optional<VLFactors> VLLayer::computeInterpolationMasters_solution_masterIds(
     const std::vector<std::vector<double>>& masters, std::vector<double> solution, const std::vector<std::string>& masterIds)
 {
-    VLFactors factors;
-    if (masters.size() != solution.size() || masterIds.size() != solution.size()) return factors;
-    std::vector<bool> kept(solution.size());
-    double removed = 0.0;
-    size_t removedCount = 0;
-    size_t keptCount = 0;
-    for (size_t i = 0; i < solution.size(); ++i) {
-        kept[i] = std::fabs(solution[i]) >= smallestKeptCoefficient;
-        if (kept[i]) {
-            ++keptCount;
-        } else if (std::fabs(solution[i]) < smallestKeptCoefficient) {
-            // Not a number is neither kept nor removed.
-            removed += solution[i];
-            solution[i] = 0.0;
-            ++removedCount;
-        }
-    }
-    if (removedCount > 0 && keptCount > 0)
-        for (size_t i = 0; i < solution.size(); ++i)
-            if (kept[i]) solution[i] += removed / static_cast<double>(keptCount);
-    for (size_t i = 0; i < solution.size(); ++i) {
-        if (!(std::fabs(solution[i]) > smallestCoefficient)) continue;
-        if (std::fabs(solution[i]) > largestCoefficient) return std::nullopt;
-        factors.setObject_forKey(VLFactor(solution[i]), masterIds[i]);
-    }
-    return factors;
+    if (masters.size() != solution.size()) return VLFactors();
+    return VLFactorsOfCoefficients(std::move(solution), masterIds);
 }
 
 std::vector<double> VLLayer::computeMM_target_axesMax_axesMin_axisCount(const std::vector<std::vector<double>>& masters,

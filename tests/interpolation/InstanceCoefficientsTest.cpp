@@ -14,6 +14,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+
 namespace {
 
 // Masters "m1", "m2", ... (named "M1", ...) at the given places on the axes "a" and "b", as many
@@ -211,9 +213,11 @@ TEST(CoefficientTidying, SpreadsTracesOverTheOthers)
     EXPECT_DOUBLE_EQ(coefficients[0], 1.00015);
     EXPECT_EQ(coefficients[1], 0.0);
     EXPECT_DOUBLE_EQ(coefficients[2], 0.00035) << "0.0005 itself is kept";
-    coefficients = {0.0001, 0.0002};
+    coefficients = {0.0001, 0.0002, NAN};
     tidyCoefficients(coefficients);
-    EXPECT_EQ(coefficients, (std::vector<double>{0.0001, 0.0002})) << "nothing to spread over";
+    EXPECT_EQ(coefficients[0], 0.0) << "with nothing to spread over, traces still go";
+    EXPECT_EQ(coefficients[1], 0.0);
+    EXPECT_TRUE(std::isnan(coefficients[2])) << "not a number is neither kept nor removed";
 }
 
 TEST(InstanceLayers, GlyphAtAnInstanceOfEitherFormat)
