@@ -1,0 +1,98 @@
+#include "thumbnail/VLTextSetting.h"
+
+#include "model/VLFont.h"
+#include "model/VLGlyph.h"
+#include "model/VLLayer.h"
+#include "platform/VLUnsetValue.h"
+
+#include <cmath>
+
+VLTextStyle::VLTextStyle(VLFont& font, VLFactors masterFactors) : _font(font), _factors(std::move(masterFactors)) {}
+
+VLTextStyle VLTextStyle::forMaster(VLFont& font, const std::string& masterId)
+{
+    VLFactors factors;
+    factors.setObject_forKey(VLFactor(1.0), masterId);
+    return VLTextStyle(font, std::move(factors));
+}
+
+std::shared_ptr<VLLayer> VLTextStyle::layerForGlyph(const std::shared_ptr<VLGlyph>& glyph)
+{
+    auto known = _layers.find(glyph.get());
+    if (known != _layers.end()) return known->second;
+    std::shared_ptr<VLLayer> layer;
+    if (_factors.count() == 1 && _factors.objectAtIndex(0).x == 1.0) {
+        layer = glyph->layerForId(*_factors.keyAtIndex(0));
+    } else if ((layer = glyph->interpolate_error(_factors, nullptr))) {
+        layer->setParent(glyph);
+    }
+    _layers.emplace(glyph.get(), layer);
+    return layer;
+}
+
+double VLTextStyle::kerning(VLGlyph& first, VLGlyph& second) const
+{
+    double total = 0.0;
+    for (size_t i = 0; i < _factors.count(); ++i) {
+        double value = 0.0; (void)first; (void)second; // KERNING-PENDING
+        if (value != VLUnsetValue && std::isfinite(value)) total += _factors.objectAtIndex(i).x * value;
+    }
+    return total;
+}
+
+namespace {
+
+using GlyphLine = std::vector<std::shared_ptr<VLGlyph>>;
+
+std::vector<GlyphLine> glyphsOfLines(VLFont& font, std::u32string_view text)
+{
+    auto notdef = font.glyphForName(".notdef");
+    std::vector<GlyphLine> lines(1);
+    for (char32_t c : text) {
+        if (c == U'\n') {
+            lines.emplace_back();
+            continue;
+        }
+        auto glyph = font.glyphForCharacter(c);
+        lines.back().push_back(glyph ? glyph : notdef);
+    }
+    return lines;
+}
+
+double averageWidth(const std::vector<GlyphLine>& lines, VLTextStyle& style, const VLFont& font)
+{
+    double total = 0.0;
+    size_t count = 0;
+    for (const auto& line : lines)
+        for (const auto& glyph : line)
+            if (auto layer = glyph ? style.layerForGlyph(glyph) : nullptr) {
+                total += layer->width();
+                ++count;
+            }
+    return count ? total / static_cast<double>(count) : font.unitsPerEm() * 0.5;
+}
+
+VLSetLine setLine(const GlyphLine& glyphs, VLTextStyle& style, double gap)
+{
+    VLSetLine line;
+    std::shared_ptr<VLGlyph> previous;
+    for (const auto& glyph : glyphs) {
+        auto layer = glyph ? style.layerForGlyph(glyph) : nullptr;
+        if (previous && layer) line.width += style.kerning(*previous, *glyph);
+        line.glyphs.push_back({layer ? glyph : nullptr, layer, line.width});
+        line.width += layer ? layer->width() : gap;
+        previous = layer ? glyph : nullptr;
+    }
+    return line;
+}
+
+} // namespace
+
+std::vector<VLSetLine> VLSetText(VLFont& font, std::u32string_view text, VLTextStyle& style)
+{
+    auto lines = glyphsOfLines(font, text);
+    double gap = averageWidth(lines, style, font);
+    std::vector<VLSetLine> result;
+    for (const auto& glyphs : lines) result.push_back(setLine(glyphs, style, gap));
+    return result;
+}
