@@ -6,6 +6,7 @@
 #include "platform/VLUnsetValue.h"
 
 #include <cmath>
+#include <cstdio>
 
 VLTextStyle::VLTextStyle(VLFont& font, VLFactors masterFactors) : _font(font), _factors(std::move(masterFactors)) {}
 
@@ -44,6 +45,16 @@ namespace {
 
 using GlyphLine = std::vector<std::shared_ptr<VLGlyph>>;
 
+// Documents of the older format keep code points as they were written, with leading zeros to
+// four digits, where the newer ones keep the bare hexadecimal number.
+std::shared_ptr<VLGlyph> glyphForCharacter(VLFont& font, char32_t c)
+{
+    if (auto glyph = font.glyphForCharacter(c)) return glyph;
+    char code[16];
+    std::snprintf(code, sizeof code, "%04X", static_cast<unsigned>(c));
+    return font.glyphForUnicode(code);
+}
+
 std::vector<GlyphLine> glyphsOfLines(VLFont& font, std::u32string_view text)
 {
     auto notdef = font.glyphForName(".notdef");
@@ -53,7 +64,7 @@ std::vector<GlyphLine> glyphsOfLines(VLFont& font, std::u32string_view text)
             lines.emplace_back();
             continue;
         }
-        auto glyph = font.glyphForCharacter(c);
+        auto glyph = glyphForCharacter(font, c);
         lines.back().push_back(glyph ? glyph : notdef);
     }
     return lines;
