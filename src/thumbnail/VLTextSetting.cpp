@@ -19,23 +19,43 @@ VLTextStyle VLTextStyle::forMaster(VLFont& font, const std::string& masterId)
 
 std::shared_ptr<VLLayer> VLTextStyle::layerForGlyph(const std::shared_ptr<VLGlyph>& glyph)
 {
-    auto known = _layers.find(glyph.get());
-    if (known != _layers.end()) return known->second;
-    std::shared_ptr<VLLayer> layer;
+    return settingForGlyph(glyph).layer;
+}
+
+double VLTextStyle::advanceForGlyph(const std::shared_ptr<VLGlyph>& glyph)
+{
+    return settingForGlyph(glyph).advance;
+}
+
+const VLTextStyle::Setting& VLTextStyle::settingForGlyph(const std::shared_ptr<VLGlyph>& glyph)
+{
+    auto known = _settings.find(glyph.get());
+    if (known != _settings.end()) return known->second;
+    Setting setting;
     if (_factors.count() == 1 && _factors.objectAtIndex(0).x == 1.0) {
-        layer = glyph->layerForId(*_factors.keyAtIndex(0));
-    } else if ((layer = glyph->interpolate_error(_factors, nullptr))) {
-        layer->setParent(glyph);
+        setting.layer = glyph->layerForId(*_factors.keyAtIndex(0));
+        setting.advance = setting.layer ? setting.layer->width() : 0.0;
+    } else if ((setting.layer = glyph->interpolate_error(_factors, nullptr))) {
+        setting.layer->setParent(glyph);
+        setting.advance = blendedWidth(*glyph);
     }
-    _layers.emplace(glyph.get(), layer);
-    return layer;
+    return _settings.emplace(glyph.get(), setting).first->second;
+}
+
+double VLTextStyle::blendedWidth(VLGlyph& glyph) const
+{
+    double width = 0.0;
+    for (size_t i = 0; i < _factors.count(); ++i)
+        if (auto layer = glyph.layerForId(*_factors.keyAtIndex(i))) width += _factors.objectAtIndex(i).x * layer->width();
+    return width;
 }
 
 double VLTextStyle::kerning(VLGlyph& first, VLGlyph& second) const
 {
     double total = 0.0;
     for (size_t i = 0; i < _factors.count(); ++i) {
-        double value = 0.0; (void)first; (void)second; // KERNING-PENDING
+        double value = _font.kerningForFontMasterID_firstGlyph_secondGlyph_direction(*_factors.keyAtIndex(i), first,
+                                                                                     second, 0);
         if (value != VLUnsetValue && std::isfinite(value)) total += _factors.objectAtIndex(i).x * value;
     }
     return total;
@@ -76,8 +96,8 @@ double averageWidth(const std::vector<GlyphLine>& lines, VLTextStyle& style, con
     size_t count = 0;
     for (const auto& line : lines)
         for (const auto& glyph : line)
-            if (auto layer = glyph ? style.layerForGlyph(glyph) : nullptr) {
-                total += layer->width();
+            if (glyph && style.layerForGlyph(glyph)) {
+                total += style.advanceForGlyph(glyph);
                 ++count;
             }
     return count ? total / static_cast<double>(count) : font.unitsPerEm() * 0.5;
@@ -91,7 +111,7 @@ VLSetLine setLine(const GlyphLine& glyphs, VLTextStyle& style, double gap)
         auto layer = glyph ? style.layerForGlyph(glyph) : nullptr;
         if (previous && layer) line.width += style.kerning(*previous, *glyph);
         line.glyphs.push_back({layer ? glyph : nullptr, layer, line.width});
-        line.width += layer ? layer->width() : gap;
+        line.width += layer ? style.advanceForGlyph(glyph) : gap;
         previous = layer ? glyph : nullptr;
     }
     return line;

@@ -22,13 +22,23 @@ public:
     // The glyph's layer in this style, made once per glyph: the master's own, or the glyph
     // interpolated; nothing where the glyph has no layer to give.
     std::shared_ptr<VLLayer> layerForGlyph(const std::shared_ptr<VLGlyph>& glyph);
+    // The advance of the glyph: the masters' widths blended. An interpolated layer keeps the width
+    // of its first master, which is no advance for the text between them.
+    double advanceForGlyph(const std::shared_ptr<VLGlyph>& glyph);
     // The pair's horizontal kerning, blended as the outlines are; 0 where no master kerns the pair.
     double kerning(VLGlyph& first, VLGlyph& second) const;
 
 private:
     VLFont& _font;
     VLFactors _factors;
-    std::map<const VLGlyph*, std::shared_ptr<VLLayer>> _layers;
+    struct Setting {
+        std::shared_ptr<VLLayer> layer;
+        double advance = 0.0;
+    };
+    const Setting& settingForGlyph(const std::shared_ptr<VLGlyph>& glyph);
+    double blendedWidth(VLGlyph& glyph) const;
+
+    std::map<const VLGlyph*, Setting> _settings;
 };
 
 // One glyph of a set line, its origin on the baseline at x; a character the font has no glyph
