@@ -1,10 +1,14 @@
 #include "proof/ProofOptions.h"
+#include "reader/VLPlistParser.h"
+#include "support/PlistTestSupport.h"
+#include "support/PlistWriting.h"
 #include "thumbnail/ThumbnailCommand.h"
 
 #include <gtest/gtest.h>
 
 #include <cairo.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <regex>
@@ -47,19 +51,34 @@ size_t count(const std::string& text, const std::regex& pattern)
     return static_cast<size_t>(std::distance(std::sregex_iterator(text.begin(), text.end(), pattern), {}));
 }
 
-// The dark pixels of one row of a PNG, counted from the top.
-int darkPixelsInRow(const fs::path& png, int row)
+// Whether each pixel of one row of a PNG, counted from the top, is dark.
+std::vector<bool> darkInRow(const fs::path& png, int row)
 {
     cairo_surface_t* surface = cairo_image_surface_create_from_png(png.c_str());
-    int dark = -1;
+    std::vector<bool> dark;
     if (cairo_surface_status(surface) == CAIRO_STATUS_SUCCESS && row < cairo_image_surface_get_height(surface)) {
-        dark = 0;
         auto* line = reinterpret_cast<const uint32_t*>(cairo_image_surface_get_data(surface) +
                                                         row * cairo_image_surface_get_stride(surface));
-        for (int x = 0; x < cairo_image_surface_get_width(surface); ++x) dark += (line[x] & 0xff) < 128;
+        for (int x = 0; x < cairo_image_surface_get_width(surface); ++x) dark.push_back((line[x] & 0xff) < 128);
     }
     cairo_surface_destroy(surface);
     return dark;
+}
+
+int darkPixelsInRow(const fs::path& png, int row)
+{
+    auto dark = darkInRow(png, row);
+    return static_cast<int>(std::count(dark.begin(), dark.end(), true));
+}
+
+// Where the runs of dark pixels of a row begin.
+std::vector<int> runStarts(const fs::path& png, int row)
+{
+    auto dark = darkInRow(png, row);
+    std::vector<int> starts;
+    for (size_t x = 0; x < dark.size(); ++x)
+        if (dark[x] && (x == 0 || !dark[x - 1])) starts.push_back(static_cast<int>(x));
+    return starts;
 }
 
 int parse(std::vector<std::string> arguments, ProofOptions& options)
@@ -137,6 +156,37 @@ TEST(ProofCommand, MastersAndInstancesDrawTheirOwnStems)
         // Half the stem's height above the baseline, 30 pixels up from the bottom of 120.
         EXPECT_NEAR(darkPixelsInRow(png, 55), stem, 1) << (style.empty() ? "first master" : style[1]);
     }
+}
+
+// I advances 200 units in Light and V stands 100 units into its own advance: the pair's kerning of
+// -100 brings V's stem from 400 to 300 units after the margin, 40 to 30 pixels.
+TEST(ProofCommand, KerningOfTheDocumentMovesTheSecondGlyph)
+{
+    std::ifstream file(stems);
+    std::string text((std::istreambuf_iterator<char>(file)), {});
+    ScannedText scanned(text);
+    Value root = parsePlistValue(scanned.get(), true);
+    ASSERT_TRUE(root.isDictionary());
+    ValueDictionary document = root.dictionary();
+    // Property lists keep code points as hexadecimal text.
+    ValueArray glyphs;
+    for (const Value& glyph : document["glyphs"].array()) {
+        ValueDictionary record = glyph.dictionary();
+        char code[8];
+        std::snprintf(code, sizeof code, "%04llX", static_cast<long long>(record["unicode"].integerValue()));
+        if (record.count("unicode")) record["unicode"] = Value(std::string(code));
+        glyphs.push_back(Value(record));
+    }
+    document["glyphs"] = Value(glyphs);
+    document["kerningLTR"] = Value(ValueDictionary{{"light", Value(ValueDictionary{{"I", Value(ValueDictionary{{"V", -100.0}})}})}});
+    Folder folder;
+    fs::path xml = folder.path / "kerned.velmor";
+    std::ofstream(xml) << propertyListOfValue(Value(document), false);
+    fs::path png = folder.path / "kerned.png";
+    ASSERT_EQ(proof({"--text", "IV", "--size", "100", xml.string(), png.string()}), 0);
+    EXPECT_EQ(runStarts(png, 55), (std::vector<int>{15, 30}));
+    ASSERT_EQ(proof({"--text", "IV", "--size", "100", stems, png.string()}), 0);
+    EXPECT_EQ(runStarts(png, 55), (std::vector<int>{15, 40})) << "the text form keeps no kerning";
 }
 
 TEST(ProofCommand, VectorProofsHoldAPathPerGlyphAndAPagePerMasterAndInstance)
