@@ -101,9 +101,7 @@ int cannotWrite(const std::string& output)
 int writePNG(const ProofPage& page, const ProofOptions& options, double scale)
 {
     PageLayout layout = layoutFor({page}, scale, options.size);
-    double pixels = layout.size.width * layout.size.height;
-    double shrink = std::min({1.0, std::sqrt(ProofLargestPicturePixels / pixels),
-                              ProofLargestPictureSide / std::max(layout.size.width, layout.size.height)});
+    double shrink = ProofPictureShrink(layout.size);
     if (shrink < 1.0) {
         layout = layoutFor({page}, scale * shrink, options.size * shrink);
         std::fprintf(stderr, "velmor-proof: drawn at %.0f pixels a line to stay within %.0f million pixels\n",
@@ -148,6 +146,12 @@ int writeVector(const ProofPages& pages, const ProofOptions& options, double sca
 }
 
 } // namespace
+
+double ProofPictureShrink(Size pixels, double largestPixels, double largestSide)
+{
+    return std::min({1.0, std::sqrt(largestPixels / (pixels.width * pixels.height)),
+                     largestSide / std::max(pixels.width, pixels.height)});
+}
 
 int writeProofPages(const ProofPages& pages, const ProofOptions& options, double outputUnitsPerFontUnit)
 {

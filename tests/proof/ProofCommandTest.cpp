@@ -1,3 +1,4 @@
+#include "proof/ProofDocument.h"
 #include "proof/ProofOptions.h"
 #include "reader/VLPlistParser.h"
 #include "support/PlistTestSupport.h"
@@ -189,6 +190,26 @@ TEST(ProofCommand, KerningOfTheDocumentMovesTheSecondGlyph)
     EXPECT_EQ(runStarts(png, 55), (std::vector<int>{15, 40})) << "the text form keeps no kerning";
 }
 
+// At 100 pixels a line of 1000 units: lines 1250 units apart, and glyph cells of 1250 by 1350
+// units, two to a row for five glyphs, each glyph centred on its advance.
+TEST(ProofCommand, LinesAndCellsStandWhereTheyShould)
+{
+    Folder folder;
+    fs::path lines = folder.path / "lines.png";
+    ASSERT_EQ(proof({"--text", "I\\nI", "--size", "100", stems, lines.string()}), 0);
+    EXPECT_EQ(darkPixelsInRow(lines, 55), 10) << "the first line";
+    EXPECT_EQ(darkPixelsInRow(lines, 180), 10) << "the second line, 125 pixels lower";
+    EXPECT_EQ(darkPixelsInRow(lines, 118), 0);
+
+    fs::path grid = folder.path / "grid.png";
+    ASSERT_EQ(proof({"--glyphs", "--size", "100", stems, grid.string()}), 0);
+    EXPECT_EQ(darkInRow(grid, 0).size(), 270u);
+    // Halfway up the stems of the first row: I in its cell from 100 units, H in its cell from 1350.
+    EXPECT_EQ(runStarts(grid, 55), (std::vector<int>{67, 177})) << "edges at 67.5 and 177.5";
+    EXPECT_EQ(darkPixelsInRow(grid, 55), 11 + 41);
+    EXPECT_EQ(runStarts(grid, 190), (std::vector<int>{62})) << "V, 200 wide in its advance of 400, in the second row";
+}
+
 TEST(ProofCommand, VectorProofsHoldAPathPerGlyphAndAPagePerMasterAndInstance)
 {
     Folder folder;
@@ -226,4 +247,11 @@ TEST(ProofCommand, FailuresWriteNothing)
     EXPECT_TRUE(folder.empty());
     EXPECT_EQ(proof({stems, (folder.path / "missing" / "out.pdf").string()}), ThumbnailCommandExitCannotWrite);
     EXPECT_TRUE(folder.empty());
+}
+
+TEST(ProofDocument, LargePicturesShrinkToTheirLimits)
+{
+    EXPECT_EQ(ProofPictureShrink({1000, 1000}, 4e6, 5000), 1.0);
+    EXPECT_DOUBLE_EQ(ProofPictureShrink({4000, 4000}, 4e6, 5000), 0.5) << "by the count of pixels";
+    EXPECT_DOUBLE_EQ(ProofPictureShrink({10000, 100}, 4e6, 5000), 0.5) << "by the longer side";
 }

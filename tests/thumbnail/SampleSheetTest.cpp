@@ -1,5 +1,7 @@
 #include "model/VLFont.h"
+#include "model/VLFontMaster.h"
 #include "model/VLGlyph.h"
+#include "platform/VLError.h"
 #include "platform/GraphicsContext.h"
 #include "support/TestDocuments.h"
 #include "thumbnail/VLFontLoader.h"
@@ -84,4 +86,19 @@ TEST(SampleSheet, LinesStandCenteredUnderTheMastersStrip)
     EXPECT_EQ(second.runs, 1);
     EXPECT_NEAR(second.first, 55, 1) << "the H is centred on its width of 500";
     EXPECT_NEAR(second.last + 1, 100, 1) << "its outline the masters' mean, 50 to 500";
+}
+
+TEST(SampleSheet, AFontOfOneMasterHasNoStrip)
+{
+    VLError error;
+    auto font = VLFont::initWithURL_error(std::string(VELMOR_EXAMPLES) + "/Velmor-Sample.velmor", &error);
+    ASSERT_NE(font, nullptr);
+    ASSERT_EQ(font->fontMasters().size(), 1u);
+    VLFontLoader loader;
+    loader.setFont(font);
+    loader.setPreviewText(U"A\nA");
+    loader.layoutPreview();
+    auto master = font->fontMasterAtIndex(0);
+    double line = master->defaultAscender() - master->defaultDescender();
+    EXPECT_DOUBLE_EQ(loader.canvasSize().height, 200 + line + line * 1.25);
 }

@@ -78,6 +78,7 @@ TEST(TextSetting, MissingCharactersShowNotdefOrAGap)
     auto gapped = VLSetText(*withoutNotdef, U"IxVI", plain)[0];
     EXPECT_EQ(gapped.glyphs[1].glyph, nullptr);
     EXPECT_NEAR(gapped.glyphs[2].x, 200 + (200 + 400 + 200) / 3.0, 1e-9);
+    EXPECT_EQ(VLSetText(*withoutNotdef, U"xy", plain)[0].width, 1000) << "half an em each, with no glyph to average";
 }
 
 // Documents of the older format keep code points with leading zeros, "0049" where the newer
