@@ -7,5 +7,5 @@
 class VLFont;
 class VLInstance;
 
-// The masters blended at the instance's location; nothing where they can't be blended there.
-std::optional<VLTextStyle> ProofInstanceStyle(VLFont& font, const VLInstance& instance);
+// The masters blended as the instance says; nothing where they can't be blended there.
+std::optional<VLTextStyle> ProofInstanceStyle(VLFont& font, VLInstance& instance);
