@@ -7,7 +7,6 @@
 #include "proof/ProofBlocks.h"
 #include "proof/ProofDocument.h"
 #include "proof/ProofOptions.h"
-#include "proof/ProofStyles.h"
 #include "thumbnail/ThumbnailCommand.h"
 #include "thumbnail/VLFontLoader.h"
 #include "thumbnail/VLTextSetting.h"
@@ -36,11 +35,19 @@ std::shared_ptr<VLFontMaster> masterNamed(const VLFont& font, const std::string&
     return master;
 }
 
+// The masters blended as the instance says; nothing where they can't be blended there.
+std::optional<VLTextStyle> styleOfInstance(VLFont& font, VLInstance& instance)
+{
+    auto factors = instance.instanceInterpolationsInFont(font);
+    if (!factors) return std::nullopt;
+    return VLTextStyle(font, std::move(*factors));
+}
+
 VLTextStyle instanceStyle(VLFont& font, const std::string& name)
 {
     for (const auto& instance : font.instances()) {
         if (instance->name() != name) continue;
-        if (auto style = ProofInstanceStyle(font, *instance)) return *style;
+        if (auto style = styleOfInstance(font, *instance)) return *style;
         throw ProofError{ThumbnailCommandExitNothingDrawn, "the masters can't be blended at the instance " + name};
     }
     throw ProofError{ThumbnailCommandExitUsage, "the document has no instance named " + name};
@@ -70,7 +77,7 @@ ProofPages allPages(const ProofOptions& options, VLFontLoader& loader)
         pages.push_back({ProofTextBlock(font, text, style, master->name())});
     }
     for (const auto& instance : font.instances()) {
-        if (auto style = ProofInstanceStyle(font, *instance))
+        if (auto style = styleOfInstance(font, *instance))
             pages.push_back({ProofTextBlock(font, text, *style, instance->name())});
         else
             std::fprintf(stderr, "velmor-proof: left out the instance %s: its masters can't be blended there\n",
