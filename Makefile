@@ -27,7 +27,14 @@ demo: release
 	$(RELEASE_DIR)/velmor-thumbnailer -s 256 $(DEMO_COMPOSITES_INPUT) build/demo-composites.png
 	$(RELEASE_DIR)/velmor-thumbnailer -s 256 $(DEMO_BRACE_INPUT) build/demo-brace.png
 	$(RELEASE_DIR)/velmor-thumbnailer -s 256 $(DEMO_SMART_INPUT) build/demo-smart.png
-	@echo "wrote build/demo.png, build/demo-masters.png, build/demo-composites.png, build/demo-brace.png and build/demo-smart.png"
+	$(RELEASE_DIR)/velmor-proof $(DEMO_MASTERS_INPUT) build/proof-sheet.png
+	$(RELEASE_DIR)/velmor-proof --text 'gAg\nAgA' $(DEMO_MASTERS_INPUT) build/proof-text.svg
+	$(RELEASE_DIR)/velmor-proof --instance Regular --text 'AgA' $(DEMO_MASTERS_INPUT) build/proof-instance.png
+	$(RELEASE_DIR)/velmor-proof --all --text 'Ag' $(DEMO_MASTERS_INPUT) build/proof-all.pdf
+	$(RELEASE_DIR)/velmor-proof --all --text 'Ag' $(DEMO_MASTERS_INPUT) build/proof-all.png
+	$(RELEASE_DIR)/velmor-proof --glyphs $(DEMO_COMPOSITES_INPUT) build/proof-glyphs.png
+	@echo "wrote build/demo.png, build/demo-masters.png, build/demo-composites.png, build/demo-brace.png,"
+	@echo "build/demo-smart.png and the proofs build/proof-*"
 
 test: deps
 	cmake -S . -B $(TEST_DIR) -DCMAKE_BUILD_TYPE=Debug -DVELMOR_SANITIZE=ON >/dev/null

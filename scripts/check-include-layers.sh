@@ -7,7 +7,7 @@
 set -eu
 
 # From the bottom up.
-layers="platform geometry model outline interpolation reader thumbnail"
+layers="platform geometry model outline interpolation reader thumbnail proof"
 src=${1:-"$(dirname "$0")/../src"}
 
 rank() {

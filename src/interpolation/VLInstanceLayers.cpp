@@ -16,13 +16,17 @@ std::shared_ptr<VLInstance> VLInstance::initWithFont_axesValuesList(VLFont& font
     return instance;
 }
 
+std::optional<VLFactors> VLInstance::instanceInterpolationsInFont(VLFont& font)
+{
+    auto factors = _manualInterpolation ? std::optional(_instanceInterpolations)
+                                        : instanceInterpolations_axes(font.fontMasters(), font.axes());
+    if (!factors || factors->empty()) return std::nullopt;
+    return factors;
+}
+
 std::shared_ptr<VLLayer> VLGlyph::layerForInstance_error(VLInstance& instance, VLError* error)
 {
     auto font = parent();
-    if (!font) return nullptr;
-    auto factors = instance.manualInterpolation()
-                       ? std::optional(instance.instanceInterpolations())
-                       : instance.instanceInterpolations_axes(font->fontMasters(), font->axes());
-    if (!factors || factors->empty()) return nullptr;
-    return interpolate_error(*factors, error);
+    auto factors = font ? instance.instanceInterpolationsInFont(*font) : std::nullopt;
+    return factors ? interpolate_error(*factors, error) : nullptr;
 }

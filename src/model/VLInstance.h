@@ -95,6 +95,9 @@ public:
     // An instance of the font at a location in the order of its axes, with the shares of the
     // font's masters there as its own; null where the masters can't be blended there.
     static std::shared_ptr<VLInstance> initWithFont_axesValuesList(VLFont& font, const std::vector<double>& location);
+    // The shares of the font's masters in this instance: its own where they are manual, else
+    // those of its location; nothing where no master takes part.
+    std::optional<VLFactors> instanceInterpolationsInFont(VLFont& font);
 
     // Raw values between reading and the post-read pass.
     const std::optional<ValueDictionary>& readBuffer() const { return _readBuffer.values(); }

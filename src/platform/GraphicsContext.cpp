@@ -2,6 +2,8 @@
 
 #include "platform/PNGEncoding.h"
 
+#include <cairo-pdf.h>
+#include <cairo-svg.h>
 #include <cairo.h>
 
 #include <algorithm>
@@ -32,7 +34,22 @@ GraphicsContext::GraphicsContext(int pixelsWide, int pixelsHigh)
       _surface(cairo_image_surface_create(CAIRO_FORMAT_ARGB32, _width, _height)),
       _cairo(cairo_create(_surface))
 {
-    // The platform's y axis points up from the bottom-left corner.
+    setUpAxes();
+}
+
+GraphicsContext::GraphicsContext(DocumentFormat format, const std::string& path, double width, double height)
+    : _width(std::max(1, static_cast<int>(std::ceil(std::min(width, 1e6))))),
+      _height(std::max(1, static_cast<int>(std::ceil(std::min(height, 1e6))))),
+      _surface(format == DocumentFormat::SVG ? cairo_svg_surface_create(path.c_str(), _width, _height)
+                                             : cairo_pdf_surface_create(path.c_str(), _width, _height)),
+      _cairo(cairo_create(_surface))
+{
+    setUpAxes();
+}
+
+// The platform's y axis points up from the bottom-left corner.
+void GraphicsContext::setUpAxes()
+{
     cairo_matrix_t flip;
     cairo_matrix_init(&flip, 1, 0, 0, -1, 0, _height);
     cairo_set_matrix(_cairo, &flip);
@@ -67,6 +84,20 @@ void GraphicsContext::setFillColor(const Color& color)
 {
     auto [r, g, b, a] = color.rgba();
     cairo_set_source_rgba(_cairo, r, g, b, a);
+}
+
+void GraphicsContext::saveGraphicsState()
+{
+    cairo_save(_cairo);
+    _savedCollapsed.push_back(_collapsed);
+}
+
+void GraphicsContext::restoreGraphicsState()
+{
+    if (_savedCollapsed.empty()) return;
+    cairo_restore(_cairo);
+    _collapsed = _savedCollapsed.back();
+    _savedCollapsed.pop_back();
 }
 
 void GraphicsContext::concatTransform(const AffineTransform& transform)
@@ -105,6 +136,44 @@ void GraphicsContext::fillPath(const BezierPath& path)
         }
     }
     cairo_fill(_cairo);
+}
+
+void GraphicsContext::paint(const Color& color)
+{
+    cairo_save(_cairo);
+    setFillColor(color);
+    cairo_paint(_cairo);
+    cairo_restore(_cairo);
+}
+
+void GraphicsContext::showText(const std::string& text, Point baselineStart, double pointSize)
+{
+    if (_collapsed || !std::isfinite(baselineStart.x) || !std::isfinite(baselineStart.y)) return;
+    double x = baselineStart.x, y = baselineStart.y;
+    cairo_user_to_device(_cairo, &x, &y);
+    cairo_save(_cairo);
+    cairo_identity_matrix(_cairo);
+    cairo_select_font_face(_cairo, "sans-serif", CAIRO_FONT_SLANT_NORMAL, CAIRO_FONT_WEIGHT_NORMAL);
+    cairo_set_font_size(_cairo, pointSize);
+    cairo_move_to(_cairo, x, y);
+    cairo_show_text(_cairo, text.c_str());
+    cairo_restore(_cairo);
+}
+
+bool GraphicsContext::isValid() const
+{
+    return cairo_surface_status(_surface) == CAIRO_STATUS_SUCCESS && cairo_status(_cairo) == CAIRO_STATUS_SUCCESS;
+}
+
+void GraphicsContext::showPage()
+{
+    cairo_show_page(_cairo);
+}
+
+bool GraphicsContext::finish()
+{
+    cairo_surface_finish(_surface);
+    return isValid();
 }
 
 std::array<uint8_t, 4> GraphicsContext::pixelAt(int x, int y) const

@@ -33,13 +33,18 @@ bool VLFontLoader::importFontFromURL(const std::string& path)
     }
 }
 
-Size VLFontLoader::layoutThumbnail()
+void VLFontLoader::chooseSamples()
 {
     _sampleText = {"A", "g"};
     _cachedGlyphs.clear();
     for (const std::string& name : _sampleText)
         if (auto glyph = _font->glyphForName(name)) _cachedGlyphs.push_back(glyph);
     if (_cachedGlyphs.size() < minimumSamples) searchSamplesFromMiddle();
+}
+
+Size VLFontLoader::layoutThumbnail()
+{
+    chooseSamples();
 
     float runningWidth = VLSinglePrecision(margin);
     for (const auto& glyph : _cachedGlyphs) {

@@ -3,6 +3,7 @@
 #include "platform/Geometry.h"
 
 #include <cstdint>
+#include <map>
 #include <memory>
 #include <string>
 #include <vector>
@@ -43,20 +44,46 @@ public:
     // Draws the samples into the current context; whether anything was drawn.
     bool drawThumbnail();
 
+    // ---- thumbnail/VLFontLoaderPreview.cpp: the sample sheet, a text set line by line in the
+    // font under a strip of sample glyphs in every master.
+    // The Latin sample text, with a few letters swapped for accented, Cyrillic and Greek ones the
+    // font has.
+    std::u32string generatePreviewString();
+    // Sets the sample text (the one given by setPreviewText, or the generated one) and sizes the
+    // canvas.
+    void layoutPreview();
+    // Draws the laid-out sheet into the current context.
+    void drawPreview();
+    void setPreviewText(std::u32string text) { _previewText = std::move(text); }
+    // Room between the descender of a line and the ascender of the next, as a share of the line.
+    static constexpr double previewLineGap = 0.25;
+
     const std::shared_ptr<VLFont>& font() const { return _font; }
     void setFont(std::shared_ptr<VLFont> font) { _font = std::move(font); }
     const std::vector<std::shared_ptr<VLGlyph>>& cachedGlyphs() const { return _cachedGlyphs; }
     Size canvasSize() const { return _canvasSize; }
 
 private:
+    // "A" and "g", or glyphs from the middle of the font, into cachedGlyphs.
+    void chooseSamples();
     void searchSamplesFromMiddle();
     double baselineOffset() const;
     bool drawSolidShapes();
     bool drawMasterOverlay();
     bool fillTranslated(BezierPath* path, double x, double y);
 
+    double previewLineDistance() const;
+    double previewMasterStripWidth();
+
     std::shared_ptr<VLFont> _font;
     std::vector<std::string> _sampleText;
+    std::u32string _previewText;
+    // The names of the thumbnail's samples, which each master shows in the sheet's strip.
+    std::vector<std::string> _masterStripNames;
+    std::vector<Point> _cachedGlyphsPosition;
+    // The width of each line of the sheet by the y of its baseline.
+    std::map<double, double> _lineWidth;
+    int32_t _MMPreviewWidth = 0;
     std::vector<std::shared_ptr<VLGlyph>> _cachedGlyphs;
     Size _canvasSize;
     double _fillCostLeft = 0;

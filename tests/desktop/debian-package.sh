@@ -30,7 +30,7 @@ field() { dpkg-deb -f "$deb" "$1"; }
 [ "$(field Architecture)" = "$arch" ] || fail "the package is for $(field Architecture)"
 
 files=$(dpkg-deb -c "$deb" | awk '$1 !~ /^d/ {print $NF}' | sort | xargs)
-expected="./usr/bin/velmor-thumbnailer ./usr/share/mime/packages/velmor-source.xml ./usr/share/thumbnailers/velmor.thumbnailer"
+expected="./usr/bin/velmor-proof ./usr/bin/velmor-thumbnailer ./usr/share/mime/packages/velmor-source.xml ./usr/share/thumbnailers/velmor.thumbnailer"
 [ "$files" = "$expected" ] || fail "the package holds $files"
 
 dpkg-deb -e "$deb" "$tmp/control"
