@@ -88,7 +88,7 @@ TEST(CornerComponents, ACornerOnACurveToLineJoinFollowsBothSegments)
     expectInk(picture, {{{130, 470}, false},
                         {{170, 430}, false},
                         {{105, 350}, true},
-                        {{250, 480}, true},
+                        {{250, 440}, true},
                         {{250, 250}, true},
                         {{150, 150}, true}});
 }
