@@ -5,6 +5,8 @@
 #include "outline/VLNode.h"
 #include "outline/VLPath.h"
 
+#include <algorithm>
+
 void VLSegmentPen::startContour(Point point)
 {
     _started = true;
@@ -79,10 +81,10 @@ void VLSegmentPen::qCurveTo(VLQuadraticPoints& points)
         run.reserve(points.size() + 1);
         run.push_back(_lastPoint);
         run.insert(run.end(), points.begin(), points.end());
-        _segments.push_back(VLPathSegment::initWithQCurve(run));
+        pushQuadraticRun(run);
     } else {
         _started = true;
-        _segments.push_back(VLPathSegment::initWithQCurve(points));
+        pushQuadraticRun(points);
     }
     _lastPoint = points.back();
 }
@@ -95,7 +97,7 @@ void VLSegmentPen::qCurveTo(VLBoxedQuadraticPoints& points)
     for (const auto& point : points) run.push_back(point.value_or(Point{VLUnsetValue, 0.0}));
     // A run that already starts at the current point keeps its own start.
     if (VLDistanceF(run.front(), _lastPoint) > 0.001) run.insert(run.begin(), _lastPoint);
-    _segments.push_back(VLPathSegment::initWithQCurve(run));
+    pushQuadraticRun(run);
     _lastPoint = points.back().value_or(Point{VLUnsetValue, 0.0});
 }
 
@@ -124,6 +126,27 @@ void VLSegmentPen::checkContourDirection()
             for (auto& segment : contour) segment.setOptions(segment.options() | VLPathSegment::OptionClockwise);
     }
     _firstCountourIndex = _segments.size();
+}
+
+// A segment holds a run of at most 40 points: a longer run is cut at the on-curve points that lie
+// between its off-curve points, which leaves the outline as it was.
+void VLSegmentPen::pushQuadraticRun(std::span<const Point> run)
+{
+    constexpr size_t room = VLPathSegment::MaximumPoints;
+    if (run.empty()) return;
+    Point piece[room];
+    piece[0] = run[0];
+    size_t from = 1;
+    while (run.size() - from + 1 > room) {
+        std::copy_n(run.begin() + static_cast<long>(from), room - 2, piece + 1);
+        Point onCurve = VLLerp(run[from + room - 3], run[from + room - 2], 0.5);
+        piece[room - 1] = onCurve;
+        _segments.push_back(VLPathSegment::initWithQCurve(piece));
+        piece[0] = onCurve;
+        from += room - 2;
+    }
+    std::copy(run.begin() + static_cast<long>(from), run.end(), piece + 1);
+    _segments.push_back(VLPathSegment::initWithQCurve({piece, run.size() - from + 1}));
 }
 
 int VLSegmentPen::direction(std::span<const VLPathSegment> segments)

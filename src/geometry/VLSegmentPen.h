@@ -42,6 +42,7 @@ public:
     static int direction(std::span<const VLPathSegment> segments);
 
 private:
+    void pushQuadraticRun(std::span<const Point> run);
     Point transformed(Point p) const { return _transform ? _transform->transformPoint(p) : p; }
     void startContour(Point point);
     // The objects of a segment, with the waiting ones of the move behind them.

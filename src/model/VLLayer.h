@@ -315,6 +315,10 @@ public:
     // Drops the caches when a glyph that a component shows has changed since they were made.
     void updateCorners();
 
+    // ---- outline/VLCornerLayers.cpp: held while paths draw from this layer as a corner, since
+    // one corner layer serves many paths.
+    [[nodiscard]] std::unique_lock<std::recursive_mutex> lockMonitor() const;
+
     // ---- interpolation/VLGlyphCompatibility.cpp
 
     // The structure that interpolation needs to match: node types, shape order, component and

@@ -3,14 +3,20 @@
 #include "model/VLContainer.h"
 #include "model/VLShape.h"
 #include "outline/VLNode.h"
+#include "outline/VLNodeSegment.h"
+#include "platform/AffineTransform.h"
 
 #include <climits>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
-class AffineTransform;
+class VLFont;
+class VLGlyph;
 class VLHint;
+class VLLayer;
+class VLPenProtocol;
 struct VLPlistParseInfo;
 
 // An outline: an ordered list of nodes, open or closed. In a closed path the last node is the
@@ -140,6 +146,43 @@ public:
     // The point of the outline nearest to the given one, with its path time if pathTime is not
     // null; the zero point for a path without nodes.
     Point nearestPointOnPath_pathTime(Point point, double* pathTime);
+
+    // ---- outline/VLCornerLayers.cpp: the layer of a corner, cap, brush or segment glyph that a
+    // hint on this path draws, and its copy made ready to be placed.
+    struct NormalizedCornerLayer {
+        std::shared_ptr<VLLayer> layer;
+        bool reversed = false;
+        AffineTransform transform;
+    };
+    // The corner glyph's layer of this path's master, or drawn at this brace layer's place.
+    std::shared_ptr<VLLayer> getCornerLayer_font(VLGlyph& cornerGlyph, VLFont& font) const;
+    // A copy scaled (through the corner space where its glyph has layers for it), with the origin
+    // on the zero point and the base line along x; mirrored, its first path runs the other way
+    // and "left" and "right" swap. Nothing for points that aren't finite, or corners nested
+    // too deep.
+    static std::optional<NormalizedCornerLayer> normalizedCornerLayer_scale(const VLLayer& layer, Point scale);
+
+    // ---- outline/VLCornerComponents.cpp, outline/VLCapComponents.cpp, outline/VLBentComponents.cpp:
+    // the components that hints put on nodes, drawn in place of the node. in and out are the
+    // segments at the node, shortened where the component meets them; extraPaths receives shapes
+    // to draw after the contour. Each answers whether it drew; if not, the node draws as usual.
+    struct CornerDrawing {
+        VLPenProtocol& pen;
+        VLNodeSegment& in;
+        VLNodeSegment& out;
+        bool isFirst;
+        std::vector<std::shared_ptr<VLPath>>& extraPaths;
+    };
+    // The first shape of the layer if it is a path of at least two nodes, closed or open as asked.
+    static std::shared_ptr<VLPath> firstPathOfLayer_closed(const VLLayer& layer, bool closed);
+    bool drawCornerWithPen_cornerLayer_cornerHint(CornerDrawing& drawing, const VLLayer& cornerLayer,
+                                                  const VLHint& hint) const;
+    // The cap spans the node and the next one, where out starts.
+    bool drawCapWithPen_cornerLayer_cornerHint(CornerDrawing& drawing, const VLLayer& cornerLayer, VLHint& hint) const;
+    bool drawBrushWithPen_cornerLayer_cornerHint(CornerDrawing& drawing, const VLLayer& cornerLayer,
+                                                 const VLHint& hint) const;
+    bool drawSegmentComponentWithPen_cornerLayer_cornerHint(CornerDrawing& drawing, const VLLayer& cornerLayer,
+                                                            const VLHint& hint) const;
 
 private:
     VLPath(const VLPath&) = default;

@@ -1,7 +1,10 @@
 #include "geometry/VLCubic.h"
 #include "geometry/VLGeometry.h"
 #include "geometry/VLPenProtocol.h"
+#include "model/VLFont.h"
+#include "model/VLGlyph.h"
 #include "model/VLLayer.h"
+#include "outline/VLCornerOutline.h"
 #include "outline/VLHint.h"
 #include "outline/VLNode.h"
 #include "outline/VLPath.h"
@@ -24,19 +27,18 @@ Point VLRoundToGrid(Point p, double grid)
 
 namespace {
 
-// The segment that ends at a node (in) or starts there (out), at most a cubic. They live on the
-// walk's stack: no allocation per node.
-struct NodeSegment {
-    std::array<Point, 4> points{};
-    int16_t count = 0;
-};
+using NodeSegment = VLNodeSegment;
+
+// The component hints of a path, by node index.
+using CornerHints = std::vector<std::pair<long, std::shared_ptr<VLHint>>>;
 
 // One full walk of a path into a pen: grid rounding on the way, handles never coarser than a
 // whole unit.
 class PathWalk {
 public:
-    PathWalk(const VLPath& path, VLPenProtocol& pen)
-        : _path(path), _pen(pen), _n(path.count()), _grid(path.gridLength()), _handleGrid(std::min(_grid, 1.0))
+    PathWalk(const VLPath& path, VLPenProtocol& pen, const CornerHints& hints)
+        : _path(path), _pen(pen), _hints(hints), _n(path.count()), _grid(path.gridLength()),
+          _handleGrid(std::min(_grid, 1.0))
     {
     }
 
@@ -46,6 +48,7 @@ public:
             drawClosed();
         else
             drawOpen();
+        for (const auto& extra : _extraPaths) extra->drawInPen(_pen);
     }
 
 private:
@@ -71,7 +74,7 @@ private:
         }
         for (long i = 0; i < _n; ++i) {
             long skipped = 0;
-            if (prepareInOut(i, true, skipped)) drawNodeDefault(i, false, false);
+            if (prepareInOut(i, true, skipped)) drawNode(i, false, false, skipped);
             i += skipped;
         }
         _pen.endPath();
@@ -82,6 +85,13 @@ private:
         long i = -1;
         while (typeAt(i) == VLNodeType::OFFCURVE && i > -_n) --i;
         if (typeAt(i) == VLNodeType::OFFCURVE) return drawAllOffCurve();
+        // A cap replaces two nodes: the walk starts where one ends, so that each is drawn whole.
+        if (isUnderCap(i))
+            for (long k = i, turns = 0; turns < _n; ++turns, k = previousOnCurve(k))
+                if (isCap(previousOnCurve(k)) && !isCap(k)) {
+                    i = k;
+                    break;
+                }
         // A step at the start could not be cut on the way back to it: start one corner earlier,
         // but only where the cut is made, so that masters a unit apart start on the same node.
         if (isOutsideStep(i) && stepIsCut(i))
@@ -90,12 +100,12 @@ private:
             while (typeAt(i) == VLNodeType::OFFCURVE && i > -2 * _n);
         long skipped = 0;
         prepareInOut(i, false, skipped);
-        drawNodeDefault(i, true, false);
+        drawNode(i, true, false, skipped);
         long end = i + _n + 1;
         for (++i; i < end; ++i) {
             bool isLast = i + 1 == end;
             // The start node is drawn already: its overlap can't be cut on the way back to it.
-            if (prepareInOut(i, !isLast, skipped)) drawNodeDefault(i, false, isLast);
+            if (prepareInOut(i, !isLast, skipped)) drawNode(i, false, isLast, skipped);
             i += skipped;
         }
         _pen.closePath();
@@ -141,7 +151,7 @@ private:
             if (!exists(i - 1)) return false;
             _in = {{_path.positionAtIndex(i), _path.positionAtIndex(i - 1)}, 2};
         }
-        if (mayCut && (_in.count == 2 || _in.count == 4) && isOutsideStep(i) && cutOutsideOverlap(i)) {
+        if (mayCut && !hintAt(i) && !hintAt(i + 1) && (_in.count == 2 || _in.count == 4) && isOutsideStep(i) && cutOutsideOverlap(i)) {
             skipped = 1;
             return true;
         }
@@ -218,6 +228,75 @@ private:
         }
     }
 
+    const VLHint* hintAt(long i) const
+    {
+        long index = ((i % _n) + _n) % _n;
+        for (const auto& [node, hint] : _hints)
+            if (node == index) return hint.get();
+        return nullptr;
+    }
+
+    bool isCap(long i) const
+    {
+        const VLHint* hint = hintAt(i);
+        return hint && hint->type() == VLHintType::Cap;
+    }
+
+    long previousOnCurve(long i) const
+    {
+        long k = i - 1;
+        while (typeAt(k) == VLNodeType::OFFCURVE && k > i - _n) --k;
+        return k;
+    }
+
+    long nextOnCurve(long i) const
+    {
+        long k = i + 1;
+        while (typeAt(k) == VLNodeType::OFFCURVE && k < i + _n) ++k;
+        return k;
+    }
+
+    bool isUnderCap(long i) const { return isCap(i) || isCap(previousOnCurve(i)); }
+
+    // A component hint draws in place of the node; without one, or where it can't be drawn, the
+    // node draws as it is. A cap also eats the next node: skipped grows by the nodes it took.
+    void drawNode(long i, bool isFirst, bool isLast, long& skipped)
+    {
+        const VLHint* hint = hintAt(i);
+        if (!hint || !drawNodeCorner(const_cast<VLHint&>(*hint), i, isFirst, skipped)) drawNodeDefault(i, isFirst, isLast);
+    }
+
+    bool drawNodeCorner(VLHint& hint, long i, bool isFirst, long& skipped)
+    {
+        auto font = _path.font();
+        auto glyph = font ? font->glyphForName(hint.name()) : nullptr;
+        auto layer = glyph ? _path.getCornerLayer_font(*glyph, *font) : nullptr;
+        if (!layer) return false;
+        auto lock = layer->lockMonitor();
+        VLPath::CornerDrawing drawing{_pen, _in, _out, isFirst, _extraPaths};
+        switch (hint.type()) {
+        case VLHintType::Corner: return _path.drawCornerWithPen_cornerLayer_cornerHint(drawing, *layer, hint);
+        case VLHintType::Brush: return _path.drawBrushWithPen_cornerLayer_cornerHint(drawing, *layer, hint);
+        case VLHintType::Segment: return _path.drawSegmentComponentWithPen_cornerLayer_cornerHint(drawing, *layer, hint);
+        case VLHintType::Cap: return drawCap(drawing, *layer, hint, i, skipped);
+        default: return false;
+        }
+    }
+
+    // The cap's outgoing segment starts behind the node that it takes along.
+    bool drawCap(VLPath::CornerDrawing& drawing, const VLLayer& layer, VLHint& hint, long i, long& skipped)
+    {
+        NodeSegment own = _out;
+        long next = nextOnCurve(i);
+        prepareOut(next);
+        if (_path.drawCapWithPen_cornerLayer_cornerHint(drawing, layer, hint)) {
+            skipped += next - i;
+            return true;
+        }
+        _out = own;
+        return false;
+    }
+
     void drawNodeDefault(long i, bool isFirst, bool isLast)
     {
         if (isFirst) {
@@ -253,6 +332,8 @@ private:
 
     const VLPath& _path;
     VLPenProtocol& _pen;
+    const CornerHints& _hints;
+    std::vector<std::shared_ptr<VLPath>> _extraPaths;
     long _n;
     double _grid;
     double _handleGrid;
@@ -279,11 +360,23 @@ void VLPath::drawInPen_openPen_secondaryPen_extraHandles(VLPenProtocol& pen, VLP
     convertSpecialToBezier()->_drawInPen_secondaryPen(pen, secondPen);
 }
 
-// Corner, cap, brush and segment components are not drawn yet: their hints leave the nodes to
-// the default drawing, as a missing corner glyph does.
+// Hints whose glyph is missing, or that lost their node, leave the node to the default drawing.
+// Hints that survived a flattening (found again by position) were drawn already.
 void VLPath::_drawInPen_secondaryPen(VLPenProtocol& pen, VLPenProtocol*)
 {
-    PathWalk(*this, pen).draw();
+    CornerHints hints;
+    auto owner = layer();
+    auto font = owner ? owner->font() : nullptr;
+    long index = owner ? owner->indexOfObjectInShapes(this) : -1;
+    if (font && index >= 0)
+        for (const auto& hint : owner->hints()) {
+            if (!hint->isCorner() || (hint->stem() != 0 && hint->stem() != VLHint::StemNone)) continue;
+            if (!font->glyphForName(hint->name()) || !hint->updateIndexes()) continue;
+            const VLIndexPath& origin = hint->originIndex();
+            if (origin.size() < 2 || origin[0] != static_cast<size_t>(index)) continue;
+            hints.emplace_back(static_cast<long>(origin[1]), hint);
+        }
+    PathWalk(*this, pen, hints).draw();
 }
 
 void VLPath::drawSimpleInPen(VLPenProtocol& pen)

@@ -1,0 +1,134 @@
+#include "model/VLFont.h"
+#include "model/VLGlyph.h"
+#include "model/VLLayer.h"
+#include "outline/VLHint.h"
+#include "platform/BezierPath.h"
+#include "platform/Color.h"
+#include "platform/GraphicsContext.h"
+#include "support/TestDocuments.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace {
+
+// The glyph's outline filled in black at one pixel a unit.
+struct Rendered {
+    GraphicsContext context{800, 800};
+
+    Rendered(VLFont& font, const std::string& glyphName)
+    {
+        GraphicsContext::Current current(context);
+        auto glyph = font.glyphForName(glyphName);
+        auto layer = glyph ? glyph->layerForId("m01") : nullptr;
+        auto outline = layer ? layer->bezierPath() : nullptr;
+        if (!outline) return;
+        Color::blackColor().set();
+        outline->fill();
+    }
+
+    bool inked(Point p) const { return context.pixelAt(int(p.x), int(p.y))[3] > 200; }
+    bool clear(Point p) const { return context.pixelAt(int(p.x), int(p.y))[3] < 55; }
+};
+
+// Each place is expected to be inked (true) or clear (false); a pixel of anti-aliased edge between
+// counts as neither, so the places keep a few units off every edge.
+void expectInk(const Rendered& picture, const std::vector<std::pair<Point, bool>>& places)
+{
+    for (const auto& [place, ink] : places) {
+        SCOPED_TRACE(testing::Message() << "at " << place.x << "," << place.y);
+        EXPECT_TRUE(ink ? picture.inked(place) : picture.clear(place));
+    }
+}
+
+std::shared_ptr<VLFont> cornerDocument()
+{
+    return readTestDocument("corners/corners-format3.velmor");
+}
+
+} // namespace
+
+TEST(CornerComponents, AnInwardNotchCutsTheCornerOfASquare)
+{
+    auto font = cornerDocument();
+    ASSERT_NE(font, nullptr);
+    Rendered picture(*font, "notched");
+    expectInk(picture, {{{150, 150}, false},
+                        {{195, 195}, false},
+                        {{150, 230}, true},
+                        {{230, 150}, true},
+                        {{300, 300}, true},
+                        {{480, 480}, true},
+                        {{110, 480}, true},
+                        {{480, 110}, true},
+                        {{90, 300}, false},
+                        {{520, 300}, false}});
+}
+
+TEST(CornerComponents, AMissingCornerGlyphLeavesTheNodeSharp)
+{
+    auto font = cornerDocument();
+    ASSERT_NE(font, nullptr);
+    Rendered picture(*font, "missing");
+    expectInk(picture, {{{105, 105}, true}, {{150, 150}, true}, {{300, 300}, true}, {{95, 95}, false}});
+}
+
+TEST(CornerComponents, ACornerOnACurveToLineJoinFollowsBothSegments)
+{
+    auto font = cornerDocument();
+    ASSERT_NE(font, nullptr);
+    Rendered picture(*font, "curved");
+    // The notch sits in the top left corner, between the curve coming in from the right and the
+    // line going down; turned and sheared to that corner, it still reaches about 100 units along
+    // each.
+    expectInk(picture, {{{130, 470}, false},
+                        {{170, 430}, false},
+                        {{105, 350}, true},
+                        {{250, 440}, true},
+                        {{250, 250}, true},
+                        {{150, 150}, true}});
+}
+
+TEST(CapComponents, RoundCapsAtBothEndsOfABarOneAcrossTheClosingPoint)
+{
+    auto font = cornerDocument();
+    ASSERT_NE(font, nullptr);
+    Rendered picture(*font, "capped");
+    // The bar spans 100 to 500; each end gets a half disc of radius 200 around its middle.
+    expectInk(picture, {{{300, 300}, true},
+                        {{650, 300}, true},
+                        {{30, 300}, true},
+                        {{680, 300}, true},
+                        {{690, 130}, false},
+                        {{690, 470}, false},
+                        {{710, 300}, false},
+                        {{10, 110}, false},
+                        {{10, 490}, false}});
+}
+
+TEST(BentComponents, ABrushAlongALine)
+{
+    auto font = cornerDocument();
+    ASSERT_NE(font, nullptr);
+    Rendered picture(*font, "brushed");
+    expectInk(picture, {{{110, 300}, true},
+                        {{300, 320}, true},
+                        {{490, 280}, true},
+                        {{300, 340}, false},
+                        {{300, 260}, false},
+                        {{90, 300}, false},
+                        {{510, 300}, false}});
+}
+
+TEST(BentComponents, ASegmentComponentBentAlongACurve)
+{
+    auto font = cornerDocument();
+    ASSERT_NE(font, nullptr);
+    Rendered picture(*font, "bumped");
+    // The bump points to the left of the curve's travel, into the ink, halfway along the curve.
+    expectInk(picture, {{{355, 355}, false}, {{300, 300}, true}, {{420, 250}, true}, {{250, 420}, true}});
+}
