@@ -98,4 +98,11 @@ TEST(SecondChance, PropertyListTwinsDrawTheSamePixels)
         EXPECT_EQ(twin.status, 0) << twin.log;
         EXPECT_TRUE(twin.png == fromText.png) << (binary ? "binary" : "XML");
     }
+    // Whole documents are larger than the other property lists that a package holds.
+    tree.mutableDictionary()->insert_or_assign("userData", Value(ValueDictionary{{"note", Value(std::string(VLPropertyListLargestFile, 'x'))}}));
+    std::string large = propertyListOfValue(tree, false);
+    ASSERT_GT(large.size(), VLPropertyListLargestFile);
+    Outcome twin = runCommand(large);
+    EXPECT_EQ(twin.status, 0) << twin.log;
+    EXPECT_TRUE(twin.png == fromText.png);
 }
