@@ -1,7 +1,7 @@
 // The reads a thumbnail request is made of: the font-level read of a whole document, and the full
 // read of every layer of every glyph, which is what drawing all glyphs would cost.
 
-#include "BenchSupport.h"
+#include "BenchTwins.h"
 #include "model/VLFont.h"
 #include "model/VLGlyph.h"
 #include "model/VLLayer.h"
@@ -27,6 +27,17 @@ void BM_ReadFont(benchmark::State& state, const char* path)
 }
 BENCHMARK_CAPTURE(BM_ReadFont, text, benchTextDocument)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(BM_ReadFont, package, benchPackageDocument)->Unit(benchmark::kMillisecond);
+
+// The dictionary route builds every glyph's record tree up front, where the streaming route
+// skips over the glyphs until they are drawn. "refused" is the second chance: the streaming
+// reader stops at the first master, then the whole text is parsed into one tree.
+void BM_ReadFontThroughDict(benchmark::State& state, const char* form)
+{
+    BM_ReadFont(state, benchDictRouteDocument(form).c_str());
+}
+BENCHMARK_CAPTURE(BM_ReadFontThroughDict, refused_text, "refused")->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(BM_ReadFontThroughDict, binary, "binary")->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(BM_ReadFontThroughDict, xml, "xml")->Unit(benchmark::kMillisecond);
 
 struct RecordCounts {
     int64_t layers = 0;
