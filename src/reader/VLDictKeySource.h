@@ -54,9 +54,13 @@ public:
 
     template <typename K> std::optional<std::vector<std::shared_ptr<K>>> objects(uint8_t format) const
     {
-        return readDictRecords<K>(_value, false, [&](const Value& element) { return K::initWithDict_format(element, format); });
+        return readDictRecords<K>(_value, false,
+                                  [&](const Value& element) { return K::initWithDict_format(element, format); });
     }
-    template <typename K> std::shared_ptr<K> object(uint8_t format) const { return K::initWithDict_format(_value, format); }
+    template <typename K> std::shared_ptr<K> object(uint8_t format) const
+    {
+        return K::initWithDict_format(_value, format);
+    }
 
 private:
     std::string_view _key;

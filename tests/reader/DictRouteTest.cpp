@@ -17,6 +17,9 @@
 #include <gtest/gtest.h>
 
 #include <sstream>
+#include <string_view>
+#include <utility>
+#include <vector>
 
 namespace {
 
@@ -234,6 +237,22 @@ TEST(DictRoute, FormatDifferencesAndDefaults)
     EXPECT_TRUE(error.domain.empty()) << "a document without masters fails without an error";
 }
 
+namespace {
+
+// Cutting a document where a reader changes state matters most: just before and just behind each
+// byte of `structure`. Every seventh length in between is cut too; all of them, with no structure.
+std::vector<size_t> cutLengths(const std::string& bytes, std::string_view structure)
+{
+    std::vector<size_t> lengths;
+    auto structural = [&](size_t at) { return structure.find(bytes[at]) != std::string_view::npos; };
+    for (size_t length = 0; length < bytes.size(); ++length)
+        if (structure.empty() || length % 7 == 0 || structural(length) || (length > 0 && structural(length - 1)))
+            lengths.push_back(length);
+    return lengths;
+}
+
+} // namespace
+
 TEST(DictRoute, EveryPrefixOfATwinFailsSafely)
 {
     // The streaming reader refuses the master's unknown key, so each prefix that parses goes
@@ -242,12 +261,24 @@ TEST(DictRoute, EveryPrefixOfATwinFailsSafely)
     text.replace(text.find("name = Light;"), 13, "name = Light; baseline = 0;");
     ASSERT_NE(readDocument(text), nullptr);
     Value tree = treeOfText(text);
-    for (const std::string& bytes : {text, propertyListOfValue(tree, false), propertyListOfValue(tree, true)})
-        for (size_t length = 0; length < bytes.size(); length += 7) {
+    auto readLayers = [](const std::shared_ptr<VLFont>& font) {
+        if (font)
+            for (const auto& glyph : font->glyphs()) glyph->readLayersFormat(font->formatVersion());
+    };
+    for (size_t length : cutLengths(text, "{}()=;,\"\\")) {
+        SCOPED_TRACE(length);
+        readLayers(readDocument(text.substr(0, length)));
+    }
+    // The twins in memory, as their files would be read. A binary property list is found through
+    // the offsets in its trailer, which any cut replaces with other bytes: every length.
+    std::pair<std::string, std::string_view> twins[] = {{propertyListOfValue(tree, false), "<>"},
+                                                        {propertyListOfValue(tree, true), ""}};
+    for (const auto& [bytes, structure] : twins)
+        for (size_t length : cutLengths(bytes, structure)) {
             SCOPED_TRACE(length);
+            auto root = parseBinaryOrXMLPropertyList(bytes.substr(0, length));
             try {
-                if (auto font = readDocument(bytes.substr(0, length)))
-                    for (const auto& glyph : font->glyphs()) glyph->readLayersFormat(font->formatVersion());
+                if (root) readLayers(VLFont::initWithDict_error(*root, nullptr));
             } catch (const VLException&) {
             }
         }
