@@ -9,9 +9,11 @@
 #include <string>
 #include <sys/stat.h>
 
-// The forms of the 10,000-glyph document that take the dictionary route, written beside it the
-// first time a benchmark asks for them: the text with a master key that the streaming reader
-// refuses ("refused", read through the second chance), and its XML and binary twins.
+// The forms of a generated document that take the dictionary route, written beside it the first
+// time a benchmark asks for them: the text with a master key that the streaming reader refuses
+// ("refused", read through the second chance), and its XML and binary twins. libplist's binary
+// writer slows down with the square of the objects (it had not written the 10,000-glyph document
+// after a quarter of an hour), so the binary form is that of the real-size document.
 inline std::string benchTwinOfText(const std::string& text, const std::string& form)
 {
     std::string path = text.substr(0, text.rfind('.')) + "-" + form + ".velmor";
@@ -35,11 +37,11 @@ inline std::string benchTwinOfText(const std::string& text, const std::string& f
     return path;
 }
 
-// The form of the 10,000-glyph document; the text itself, which reports itself missing, before
-// it has been generated.
-inline std::string benchDictRouteDocument(const std::string& form)
+// A form of `document`; the document itself, which reports itself missing, before it has been
+// generated.
+inline std::string benchDictRouteDocument(const char* document, const std::string& form)
 {
     struct stat status;
-    if (::stat(benchTextDocument, &status) != 0) return benchTextDocument;
-    return benchTwinOfText(benchTextDocument, form);
+    if (::stat(document, &status) != 0) return document;
+    return benchTwinOfText(document, form);
 }

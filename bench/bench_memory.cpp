@@ -47,13 +47,19 @@ BENCHMARK_CAPTURE(BM_CommandPeakRSS, package, benchPackageDocument)->Unit(benchm
 
 // The dictionary route holds the tree of the whole document, which bounds the size of the
 // property-list documents that are read at all.
-void BM_CommandPeakRSSThroughDict(benchmark::State& state, const char* form)
+void BM_CommandPeakRSSThroughDict(benchmark::State& state, const char* document, const char* form)
 {
-    BM_CommandPeakRSS(state, benchDictRouteDocument(form).c_str());
+    BM_CommandPeakRSS(state, benchDictRouteDocument(document, form).c_str());
 }
-BENCHMARK_CAPTURE(BM_CommandPeakRSSThroughDict, refused_text, "refused")->Unit(benchmark::kMillisecond)->UseRealTime();
-BENCHMARK_CAPTURE(BM_CommandPeakRSSThroughDict, binary, "binary")->Unit(benchmark::kMillisecond)->UseRealTime();
-BENCHMARK_CAPTURE(BM_CommandPeakRSSThroughDict, xml, "xml")->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK_CAPTURE(BM_CommandPeakRSSThroughDict, refused_text, benchTextDocument, "refused")
+    ->Unit(benchmark::kMillisecond)
+    ->UseRealTime();
+BENCHMARK_CAPTURE(BM_CommandPeakRSSThroughDict, xml, benchTextDocument, "xml")
+    ->Unit(benchmark::kMillisecond)
+    ->UseRealTime();
+BENCHMARK_CAPTURE(BM_CommandPeakRSSThroughDict, real_size_binary, benchRealSizeDocument, "binary")
+    ->Unit(benchmark::kMillisecond)
+    ->UseRealTime();
 
 void BM_HeapPeak(benchmark::State& state, const char* path)
 {

@@ -31,13 +31,15 @@ BENCHMARK_CAPTURE(BM_ReadFont, package, benchPackageDocument)->Unit(benchmark::k
 // The dictionary route builds every glyph's record tree up front, where the streaming route
 // skips over the glyphs until they are drawn. "refused" is the second chance: the streaming
 // reader stops at the first master, then the whole text is parsed into one tree.
-void BM_ReadFontThroughDict(benchmark::State& state, const char* form)
+void BM_ReadFontThroughDict(benchmark::State& state, const char* document, const char* form)
 {
-    BM_ReadFont(state, benchDictRouteDocument(form).c_str());
+    BM_ReadFont(state, benchDictRouteDocument(document, form).c_str());
 }
-BENCHMARK_CAPTURE(BM_ReadFontThroughDict, refused_text, "refused")->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(BM_ReadFontThroughDict, binary, "binary")->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(BM_ReadFontThroughDict, xml, "xml")->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(BM_ReadFontThroughDict, refused_text, benchTextDocument, "refused")->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(BM_ReadFontThroughDict, xml, benchTextDocument, "xml")->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(BM_ReadFont, real_size_text, benchRealSizeDocument)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(BM_ReadFontThroughDict, real_size_binary, benchRealSizeDocument, "binary")
+    ->Unit(benchmark::kMillisecond);
 
 struct RecordCounts {
     int64_t layers = 0;
