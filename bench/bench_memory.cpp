@@ -54,7 +54,7 @@ void BM_CommandPeakRSSThroughDict(benchmark::State& state, const char* document,
 BENCHMARK_CAPTURE(BM_CommandPeakRSSThroughDict, refused_text, benchTextDocument, "refused")
     ->Unit(benchmark::kMillisecond)
     ->UseRealTime();
-BENCHMARK_CAPTURE(BM_CommandPeakRSSThroughDict, xml, benchTextDocument, "xml")
+BENCHMARK_CAPTURE(BM_CommandPeakRSSThroughDict, real_size_xml, benchRealSizeDocument, "xml")
     ->Unit(benchmark::kMillisecond)
     ->UseRealTime();
 BENCHMARK_CAPTURE(BM_CommandPeakRSSThroughDict, real_size_binary, benchRealSizeDocument, "binary")

@@ -36,7 +36,7 @@ void BM_ReadFontThroughDict(benchmark::State& state, const char* document, const
     BM_ReadFont(state, benchDictRouteDocument(document, form).c_str());
 }
 BENCHMARK_CAPTURE(BM_ReadFontThroughDict, refused_text, benchTextDocument, "refused")->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(BM_ReadFontThroughDict, xml, benchTextDocument, "xml")->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(BM_ReadFontThroughDict, real_size_xml, benchRealSizeDocument, "xml")->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(BM_ReadFont, real_size_text, benchRealSizeDocument)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(BM_ReadFontThroughDict, real_size_binary, benchRealSizeDocument, "binary")
     ->Unit(benchmark::kMillisecond);

@@ -147,7 +147,9 @@ std::optional<std::string> readFileBytes(const std::string& path, size_t largest
 std::optional<Value> parseBinaryOrXMLPropertyList(const std::string& bytes)
 {
     if (bytes.empty() || bytes.size() > std::numeric_limits<uint32_t>::max()) return std::nullopt;
-    if (!(bytes.starts_with("bplist") ? binaryPlistIsSafe(bytes) : xmlPlistIsSafe(bytes))) return std::nullopt;
+    bool binary = bytes.starts_with("bplist");
+    if (binary && bytes.size() > VLPropertyListLargestBinaryDocument) return std::nullopt;
+    if (!(binary ? binaryPlistIsSafe(bytes) : xmlPlistIsSafe(bytes))) return std::nullopt;
     plist_t root = nullptr;
     plist_from_memory(bytes.data(), static_cast<uint32_t>(bytes.size()), &root);
     PlistHandle handle(root, plist_free);
