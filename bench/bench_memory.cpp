@@ -4,6 +4,7 @@
 // (cairo's and libplist's C allocations are not in it).
 
 #include "BenchSupport.h"
+#include "BenchTwins.h"
 
 #include <atomic>
 #include <malloc.h>
@@ -43,6 +44,22 @@ void BM_CommandPeakRSS(benchmark::State& state, const char* path)
 }
 BENCHMARK_CAPTURE(BM_CommandPeakRSS, text, benchTextDocument)->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK_CAPTURE(BM_CommandPeakRSS, package, benchPackageDocument)->Unit(benchmark::kMillisecond)->UseRealTime();
+
+// The dictionary route holds the tree of the whole document, which bounds the size of the
+// property-list documents that are read at all.
+void BM_CommandPeakRSSThroughDict(benchmark::State& state, const char* document, const char* form)
+{
+    BM_CommandPeakRSS(state, benchDictRouteDocument(document, form).c_str());
+}
+BENCHMARK_CAPTURE(BM_CommandPeakRSSThroughDict, refused_text, benchTextDocument, "refused")
+    ->Unit(benchmark::kMillisecond)
+    ->UseRealTime();
+BENCHMARK_CAPTURE(BM_CommandPeakRSSThroughDict, real_size_xml, benchRealSizeDocument, "xml")
+    ->Unit(benchmark::kMillisecond)
+    ->UseRealTime();
+BENCHMARK_CAPTURE(BM_CommandPeakRSSThroughDict, real_size_binary, benchRealSizeDocument, "binary")
+    ->Unit(benchmark::kMillisecond)
+    ->UseRealTime();
 
 void BM_HeapPeak(benchmark::State& state, const char* path)
 {

@@ -1,7 +1,7 @@
 // The reads a thumbnail request is made of: the font-level read of a whole document, and the full
 // read of every layer of every glyph, which is what drawing all glyphs would cost.
 
-#include "BenchSupport.h"
+#include "BenchTwins.h"
 #include "model/VLFont.h"
 #include "model/VLGlyph.h"
 #include "model/VLLayer.h"
@@ -27,6 +27,19 @@ void BM_ReadFont(benchmark::State& state, const char* path)
 }
 BENCHMARK_CAPTURE(BM_ReadFont, text, benchTextDocument)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(BM_ReadFont, package, benchPackageDocument)->Unit(benchmark::kMillisecond);
+
+// The dictionary route builds every glyph's record tree up front, where the streaming route
+// skips over the glyphs until they are drawn. "refused" is the second chance: the streaming
+// reader stops at the first master, then the whole text is parsed into one tree.
+void BM_ReadFontThroughDict(benchmark::State& state, const char* document, const char* form)
+{
+    BM_ReadFont(state, benchDictRouteDocument(document, form).c_str());
+}
+BENCHMARK_CAPTURE(BM_ReadFontThroughDict, refused_text, benchTextDocument, "refused")->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(BM_ReadFontThroughDict, real_size_xml, benchRealSizeDocument, "xml")->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(BM_ReadFont, real_size_text, benchRealSizeDocument)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(BM_ReadFontThroughDict, real_size_binary, benchRealSizeDocument, "binary")
+    ->Unit(benchmark::kMillisecond);
 
 struct RecordCounts {
     int64_t layers = 0;

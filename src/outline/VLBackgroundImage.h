@@ -14,6 +14,8 @@ class VLBackgroundImage : public VLTransformableElement {
 public:
     static std::shared_ptr<VLBackgroundImage> init() { return std::make_shared<VLBackgroundImage>(); }
     static std::shared_ptr<VLBackgroundImage> initWithVelmorParser_format(VLPlistParseInfo* info, uint8_t format);
+    // The same record as a dictionary; nothing for another value.
+    static std::shared_ptr<VLBackgroundImage> initWithDict_format(const Value& dict, uint8_t format);
     static constexpr const char* className = "VLBackgroundImage";
 
     std::shared_ptr<VLShape> copy() const override { return std::make_shared<VLBackgroundImage>(*this); }

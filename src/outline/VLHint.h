@@ -55,6 +55,8 @@ public:
     static std::shared_ptr<VLHint> init() { return std::make_shared<VLHint>(); }
     // A hint record of a layer.
     static std::shared_ptr<VLHint> initWithVelmorParser_format(VLPlistParseInfo* info, uint8_t format);
+    // The same record as a dictionary; nothing for another value.
+    static std::shared_ptr<VLHint> initWithDict_format(const Value& dict, uint8_t format);
     static constexpr const char* className = "VLHint";
     std::shared_ptr<VLShape> copy() const override { return copyHint(); }
     // The copy's node references still point into the source until restore runs.

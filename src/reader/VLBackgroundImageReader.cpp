@@ -1,7 +1,7 @@
 #include "geometry/VLDecomposeMatrix.h"
 #include "outline/VLBackgroundImage.h"
-#include "reader/VLPlistNumbers.h"
-#include "reader/VLPlistRecordReading.h"
+#include "reader/VLDictKeySource.h"
+#include "reader/VLPlistKeySource.h"
 #include "reader/VLPlistRecords.h"
 
 #include <cstdio>
@@ -20,24 +20,62 @@ Rect rectFromString(const std::string& text)
     return {{v[0], v[1]}, {v[2], v[3]}};
 }
 
-bool readCrop(VLBackgroundImage& image, VLPlistParseInfo* info, uint8_t format)
+template <typename Source> bool readCrop(VLBackgroundImage& image, Source& s, uint8_t format)
 {
     if (format == 1) {
-        std::string text = readPlistString(info);
+        std::string text = s.string().string();
         image.setCrop(Rect());
         if (text.size() >= 11) image.setCrop(rectFromString(text));
         return true;
     }
     double values[10];
     int count = 10;
-    size_t index = 0;
-    if (!parseDoubleTupleAt(info->curr, &index, values, &count)) {
-        reportPlistError(info, "Too many values");
-        return false;
-    }
-    info->curr += index + 1;
+    if (!s.numbers(values, &count)) return false;
     if (count == 4) image.setCrop({{values[0], values[1]}, {values[2], values[3]}});
     return true;
+}
+
+// The linear part of a transform gives scale, angle and slants, its translation the position.
+void placeByMatrix(VLBackgroundImage& image, const double m[6])
+{
+    VLDecomposedMatrix parts = VLDecomposeMatrix({m[0], m[1], m[2], m[3], m[4], m[5]});
+    image.setScale({parts.scaleX, parts.scaleY});
+    image.setAngle(parts.angle);
+    image.setSlantHorizontal(parts.slantHorizontal);
+    image.setSlantVertical(parts.slantVertical);
+    image.setPositionFast({m[4], m[5]});
+}
+
+template <typename Source> bool readImageKey(VLBackgroundImage& b, Source& s, uint8_t format)
+{
+    if (s.is("imagePath")) return b.setImagePath(s.string().string()), true;
+    if (s.is("transform")) {
+        double m[6] = {1, 0, 0, 1, 0, 0};
+        s.transform(m);
+        return placeByMatrix(b, m), true;
+    }
+    if (s.is("angle")) return b.setAngle(s.number()), true;
+    if (s.is("scale")) return b.setScale(s.point()), true;
+    if (s.is("pos")) return b.setPositionFast(s.point()), true;
+    if (s.is("locked")) return b.setLocked(s.integer() != 0), true;
+    if (s.is("alpha")) return b.setAlpha(static_cast<uint16_t>(s.integer())), true;
+    if (s.is("crop")) return readCrop(b, s, format);
+    if (s.is("userData")) {
+        for (const auto& [key, value] : s.mergedDict().dictionary()) b.setUserData_forKey(value, key);
+        return true;
+    }
+    if (s.is("imageData")) {
+        const Value& data = s.value();
+        if (data.isData()) b.setImageData(data.data());
+        return true;
+    }
+    if (s.is("imageType"))
+        return b.setImageType(VLBackgroundImage::imageTypeForFileExtension(s.string().string())), true;
+    if (s.is("slant")) {
+        Point slant = s.point();
+        return b.setSlantHorizontal(slant.x), b.setSlantVertical(slant.y), true;
+    }
+    return false;
 }
 
 } // namespace
@@ -52,41 +90,15 @@ std::string VLBackgroundImage::imageTypeForFileExtension(const std::string& exte
 std::shared_ptr<VLBackgroundImage> VLBackgroundImage::initWithVelmorParser_format(VLPlistParseInfo* info, uint8_t format)
 {
     auto image = init();
-    VLBackgroundImage& b = *image;
-    bool ok = readPlistRecord(info, [&] {
-        if (matchKey(info, "imagePath")) return b.setImagePath(readPlistString(info)), true;
-        if (matchKey(info, "transform")) {
-            double m[6] = {1, 0, 0, 1, 0, 0};
-            parsePlistTransform(info, m);
-            VLDecomposedMatrix parts = VLDecomposeMatrix({m[0], m[1], m[2], m[3], m[4], m[5]});
-            b.setScale({parts.scaleX, parts.scaleY});
-            b.setAngle(parts.angle);
-            b.setSlantHorizontal(parts.slantHorizontal);
-            b.setSlantVertical(parts.slantVertical);
-            return b.setPositionFast({m[4], m[5]}), true;
-        }
-        if (matchKey(info, "angle")) return b.setAngle(parsePlistDoubleValue(info)), true;
-        if (matchKey(info, "scale")) return b.setScale(parsePlistPoint(info)), true;
-        if (matchKey(info, "pos")) return b.setPositionFast(parsePlistPoint(info)), true;
-        if (matchKey(info, "locked")) return b.setLocked(readPlistInteger(info) != 0), true;
-        if (matchKey(info, "alpha")) return b.setAlpha(static_cast<uint16_t>(readPlistInteger(info))), true;
-        if (matchKey(info, "crop")) return readCrop(b, info, format);
-        if (matchKey(info, "userData")) {
-            Value userData = readPlistMergedDict(info);
-            for (const auto& [key, value] : userData.dictionary()) b.setUserData_forKey(value, key);
-            return true;
-        }
-        if (matchKey(info, "imageData")) {
-            Value data = parsePlistValue(info, true);
-            if (data.isData()) b.setImageData(data.data());
-            return true;
-        }
-        if (matchKey(info, "imageType")) return b.setImageType(imageTypeForFileExtension(readPlistString(info))), true;
-        if (matchKey(info, "slant")) {
-            Point slant = parsePlistPoint(info);
-            return b.setSlantHorizontal(slant.x), b.setSlantVertical(slant.y), true;
-        }
-        return false;
-    });
+    VLPlistKeySource source(info);
+    bool ok = readPlistRecord(info, [&] { return readImageKey(*image, source, format); });
     return ok ? image : nullptr;
+}
+
+std::shared_ptr<VLBackgroundImage> VLBackgroundImage::initWithDict_format(const Value& dict, uint8_t format)
+{
+    if (!dict.isDictionary()) return nullptr;
+    auto image = init();
+    readDictKeys(dict, [&](VLDictKeySource& source) { readImageKey(*image, source, format); });
+    return image;
 }

@@ -66,3 +66,17 @@ inline std::optional<Point> pointFromValue(const Value& value)
     if (point.x == VLUnsetValue) return std::nullopt;
     return point;
 }
+
+// A transform as a list of six numbers or as the text "{m11, m12, m21, m22, tX, tY}"; left as it
+// is for anything else.
+inline void transformFromValue(const Value& value, double m[6])
+{
+    if (value.isArray() && value.count() >= 6) {
+        for (size_t i = 0; i < 6; ++i) m[i] = value[i].doubleValue();
+        return;
+    }
+    if (value.isString()) readLineOfString(value.string(), [&](VLPlistParseInfo* info) {
+        parsePlistTransform(info, m);
+        return true;
+    });
+}

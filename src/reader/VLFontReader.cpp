@@ -113,7 +113,7 @@ bool VLFont::readPackageGlyphs(const std::string& folder, VLError* error)
 
 std::shared_ptr<VLFont> VLFont::initWithPropertyListAtPath_error(const std::string& path, VLError* error)
 {
-    auto bytes = readFileBytes(path);
+    auto bytes = readFileBytes(path, VLPropertyListLargestDocument);
     auto root = bytes ? parseBinaryOrXMLPropertyList(*bytes) : std::nullopt;
     if (!root || !root->isDictionary()) {
         handOut(error, VLError::errorWithDomain_code_userInfo(

@@ -4,7 +4,8 @@
 #include "model/VLPartProperty.h"
 #include "platform/Log.h"
 #include "platform/StringFormat.h"
-#include "reader/VLDictRecords.h"
+#include "reader/VLColorKey.h"
+#include "reader/VLDictKeySource.h"
 
 #include <algorithm>
 #include <array>
@@ -102,7 +103,10 @@ std::shared_ptr<VLGlyph> VLGlyph::initWithDict_format(const Value& dict, uint8_t
     g._unicodes = unicodesOfValue(dict["unicode"], format);
     if (!dict["export"].isNull()) g.setExport(dict["export"].boolValue());
     if (!dict["index"].isNull()) g.setGlyphId(static_cast<uint64_t>(dict["index"].integerValue()));
-    if (!dict["color"].isArray() && !dict["color"].isNull()) g.setColorIndex(dict["color"].integerValue());
+    if (!dict["color"].isNull()) {
+        VLDictKeySource color("color", dict["color"]);
+        readColorKey(g, color);
+    }
     readGlyphInfo(g, dict);
     readKerningGroups(g, dict, format);
     if (auto settings = readDictObjects<VLPartProperty>(dict["partsSettings"], format))

@@ -3,6 +3,8 @@
 #include "model/VLStringHelpers.h"
 #include "platform/NumberConversion.h"
 #include "platform/UUID.h"
+#include "reader/VLColorKey.h"
+#include "reader/VLPlistKeySource.h"
 #include "reader/VLPlistLexical.h"
 #include "reader/VLPlistRecordReading.h"
 #include "reader/VLPlistRecords.h"
@@ -98,14 +100,10 @@ std::shared_ptr<VLGlyph> VLGlyph::initWithVelmorParser_format(VLPlistParseInfo* 
 {
     auto glyph = initFast();
     VLGlyph& g = *glyph;
+    VLPlistKeySource source(info);
     bool ok = readPlistRecord(info, [&] {
         if (matchKey(info, "glyphname")) return g.setNameFast(readPlistString(info)), true;
-        if (matchKey(info, "color")) {
-            if (!skipPlistSpace(info)) return false;
-            if (*info->curr != '(') return g.setColorIndex(static_cast<uint8_t>(readPlistInteger(info))), true;
-            if (auto color = parsePlistColor(info)) g.setColor(*color);
-            return true;
-        }
+        if (matchKey(info, "color")) return readColorKey(g, source);
         if (matchKey(info, "changeCount")) return readPlistInteger(info), true;
         if (matchKey(info, "export")) return g.setExport(parsePlistBoolValue(info)), true;
         if (matchKey(info, "lastChange")) return skipLastChange(info);

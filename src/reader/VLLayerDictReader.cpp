@@ -1,8 +1,7 @@
 #include "model/VLLayer.h"
-#include "outline/VLAnchor.h"
 #include "outline/VLComponent.h"
 #include "outline/VLPath.h"
-#include "reader/VLDictRecords.h"
+#include "reader/VLDictKeySource.h"
 #include "reader/VLLayerKeys.h"
 
 namespace {
@@ -40,19 +39,6 @@ std::optional<VLLayer::Shapes> shapesFromDict(const Value& dict, uint8_t format)
     return shapes;
 }
 
-void readLayerValues(VLLayer& layer, const Value& dict)
-{
-    if (dict["name"].isString()) layer.setName(dict["name"].string());
-    if (dict["layerId"].isString()) layer.setLayerId(dict["layerId"].string());
-    if (dict["associatedMasterId"].isString()) layer.setAssociatedMasterId(dict["associatedMasterId"].string());
-    if (!dict["vertWidth"].isNull()) layer.setVertWidth(static_cast<double>(dict["vertWidth"].integerValue()));
-    if (!dict["vertOrigin"].isNull()) layer.setVertOrigin(static_cast<double>(dict["vertOrigin"].integerValue()));
-    if (dict["attr"].isDictionary()) layer.setAttributes(dict["attr"].dictionary());
-    if (dict["partSelection"].isDictionary()) layer.setPartSelection(dict["partSelection"].dictionary());
-    if (!dict["visible"].isNull()) layer.setVisible(dict["visible"].boolValue());
-    if (dict["userData"].isDictionary()) setLayerUserData(layer, dict["userData"].dictionary());
-}
-
 } // namespace
 
 std::shared_ptr<VLLayer> VLLayer::initWithDict_format(const Value& dict, uint8_t format)
@@ -61,14 +47,12 @@ std::shared_ptr<VLLayer> VLLayer::initWithDict_format(const Value& dict, uint8_t
     layer->_disableUpdates = true;
     double width = dict["width"].isNull() ? 100.0 : dict["width"].doubleValue();
     layer->_width = width < 0 ? 0.0 : width;
-    readLayerValues(*layer, dict);
+    if (!dict["vertWidth"].isNull()) layer->setVertWidth(static_cast<double>(dict["vertWidth"].integerValue()));
+    if (!dict["vertOrigin"].isNull()) layer->setVertOrigin(static_cast<double>(dict["vertOrigin"].integerValue()));
+    readDictKeys(dict, [&](VLDictKeySource& source) { readCommonLayerKey(*layer, source, format); });
     auto shapes = shapesFromDict(dict, format);
     if (!shapes) return nullptr;
     if (!shapes->empty()) layer->setShapesFast(std::move(*shapes));
-    auto anchors = readDictRecords<VLAnchor>(dict["anchors"], false, [&](const Value& element) {
-        return VLAnchor::initWithDict_format(element, format);
-    });
-    if (anchors) layer->setAnchorArrayFast(*anchors);
     if (layer->_associatedMasterId.empty()) layer->_associatedMasterId = layer->_layerId;
     return layer;
 }

@@ -1,11 +1,9 @@
 #include "model/VLGlyph.h"
 #include "model/VLLayer.h"
-#include "outline/VLAnchor.h"
-#include "outline/VLBackgroundImage.h"
 #include "outline/VLComponent.h"
-#include "outline/VLHint.h"
 #include "outline/VLPath.h"
 #include "reader/VLLayerKeys.h"
+#include "reader/VLPlistKeySource.h"
 #include "reader/VLPlistLexical.h"
 #include "reader/VLPlistRecordReading.h"
 #include "reader/VLPlistRecords.h"
@@ -63,76 +61,21 @@ private:
     size_t _count = 0;
 };
 
-bool readAnchors(VLLayer& layer, VLPlistParseInfo* info, uint8_t format)
-{
-    auto anchors = readPlistObjects<VLAnchor>(info, format);
-    if (!anchors) return false;
-    layer.setAnchorArrayFast(*anchors);
-    return true;
-}
-
-bool readHints(VLLayer& layer, VLPlistParseInfo* info, uint8_t format)
-{
-    auto hints = readPlistObjects<VLHint>(info, format);
-    if (!hints) return false;
-    layer.setHintsFast(std::move(*hints));
-    return true;
-}
-
-bool readBackgroundImage(VLLayer& layer, VLPlistParseInfo* info, uint8_t format)
-{
-    if (!skipPlistSpace(info)) return false;
-    auto image = readPlistObject<VLBackgroundImage>(info, format, nullptr);
-    if (image) layer.setBackgroundImage(image);
-    return image != nullptr;
-}
-
-bool readUserData(VLLayer& layer, VLPlistParseInfo* info)
-{
-    setLayerUserData(layer, readPlistMergedDict(info).dictionary());
-    return true;
-}
-
-bool readColor(VLLayer& layer, VLPlistParseInfo* info)
-{
-    if (!skipPlistSpace(info)) return false;
-    if (*info->curr != '(') return layer.setColorIndex(static_cast<uint8_t>(readPlistInteger(info))), true;
-    if (auto color = parsePlistColor(info)) layer.setColor(*color);
-    return true;
-}
-
 bool readLayerKey(VLLayer& layer, ShapeLists& shapes, VLPlistParseInfo* info, uint8_t format)
 {
-    if (matchKey(info, "name")) return layer.setName(readPlistString(info)), true;
-    if (matchKey(info, "layerId")) {
-        Value layerId = parsePlistStringValue(info);
-        return layer.setLayerId(layerId.string()), !layerId.isNull();
-    }
     if (skipMetricsKeys(info)) return skipPlistStringValue(info);
-    if (matchKey(info, "associatedMasterId")) return layer.setAssociatedMasterId(readPlistString(info)), true;
     if (matchKey(info, "width")) return layer.setWidthFast(parsePlistDoubleValue(info)), true;
     if (matchKey(info, "vertWidth")) return layer.setVertWidth(parsePlistDoubleValue(info)), true;
     if (matchKey(info, "vertOrigin")) return layer.setVertOrigin(parsePlistDoubleValue(info)), true;
     if (matchKey(info, "shapes")) return shapes.read<VLShape>(info, format, false);
     if (matchKey(info, "paths")) return shapes.read<VLPath>(info, format, true);
-    if (matchKey(info, "attr")) return layer.setAttributes(parsePlistMutableDict(info).dictionary()), true;
-    if (matchKey(info, "partSelection")) {
-        Value selection = parsePlistDict(info);
-        return layer.setPartSelection(selection.dictionary()), !selection.isNull();
-    }
-    if (matchKey(info, "anchors")) return readAnchors(layer, info, format);
     if (matchKey(info, "components")) return shapes.read<VLComponent>(info, format, false);
     if (matchKey(info, "guideLines") || matchKey(info, "guides")) return skipPlistArray(info);
-    if (matchKey(info, "hints")) return readHints(layer, info, format);
     if (matchKey(info, "annotations")) return skipPlistArray(info);
-    if (matchKey(info, "backgroundImage")) return readBackgroundImage(layer, info, format);
     // Background layers are not kept.
     if (matchKey(info, "background")) return skipPlistDict(info);
-    if (matchKey(info, "visible")) return layer.setVisible(static_cast<uint8_t>(readPlistInteger(info)) != 0), true;
-    if (matchKey(info, "userData")) return readUserData(layer, info);
-    if (matchKey(info, "color")) return readColor(layer, info);
-    if (matchKey(info, ".lastUpdate")) return layer.setLastUpdate(parsePlistDoubleValue(info)), true;
-    return false;
+    VLPlistKeySource source(info);
+    return readCommonLayerKey(layer, source, format);
 }
 
 } // namespace

@@ -3,8 +3,12 @@
 Value readPlistMergedDict(VLPlistParseInfo* info)
 {
     if (skipPlistSpace(info) && *info->curr == '{') return parsePlistMutableDict(info);
-    Value list = parsePlistArray(info);
-    if (list.isNull()) return list;
+    return mergedDictOfList(parsePlistArray(info));
+}
+
+Value mergedDictOfList(const Value& list)
+{
+    if (!list.isArray()) return Value();
     ValueDictionary merged;
     for (const Value& item : list.array())
         for (const auto& [key, value] : item.dictionary()) merged[key] = value;

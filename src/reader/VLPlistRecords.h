@@ -134,3 +134,5 @@ std::optional<std::vector<std::shared_ptr<K>>> readPlistObjects(VLPlistParseInfo
 
 // A dictionary, or a list whose dictionaries are merged with later keys winning.
 Value readPlistMergedDict(VLPlistParseInfo* info);
+// The dictionaries of a list merged, later keys winning; null for anything but a list.
+Value mergedDictOfList(const Value& list);

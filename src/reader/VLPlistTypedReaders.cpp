@@ -184,7 +184,12 @@ std::optional<Color> parsePlistColor(VLPlistParseInfo* info)
         return std::nullopt;
     }
     info->curr += length + 1;
-    for (double& component : c) component /= 255.0;
+    return colorWithComponents_count(c, count);
+}
+
+Color colorWithComponents_count(double c[10], int count)
+{
+    for (int i = 0; i < 10; ++i) c[i] /= 255.0;
     switch (count) {
     case 2: return Color::colorWithCalibratedWhite_alpha(c[0], c[1]);
     case 5: return Color::colorWithDeviceCyan_magenta_yellow_black_alpha(c[0], c[1], c[2], c[3], c[4]);

@@ -28,6 +28,9 @@ Point parsePlistPoint(VLPlistParseInfo* info);
 void parsePlistTransform(VLPlistParseInfo* info, double transform[6]);
 // A colour of 1 to 10 components from 0 to 255.
 std::optional<Color> parsePlistColor(VLPlistParseInfo* info);
+// The colour of `count` components from 0 to 255: grey and alpha, CMYK and alpha, or RGB with an
+// optional alpha.
+Color colorWithComponents_count(double c[10], int count);
 
 using VLPlistNumberCallback = void (*)(void* context, double value);
 bool parsePlistNumberList(VLPlistParseInfo* info, VLPlistNumberCallback callback, void* context);

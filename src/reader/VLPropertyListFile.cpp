@@ -122,13 +122,13 @@ bool looksLikeText(const std::string& bytes)
 
 } // namespace
 
-std::optional<std::string> readFileBytes(const std::string& path)
+std::optional<std::string> readFileBytes(const std::string& path, size_t largest)
 {
     struct stat status;
     int fd = openDocumentFile(path, status);
     if (fd < 0) return std::nullopt;
     std::string bytes;
-    if (static_cast<uint64_t>(status.st_size) <= VLPropertyListLargestFile) {
+    if (static_cast<uint64_t>(status.st_size) <= largest) {
         bytes.resize(static_cast<size_t>(status.st_size));
         size_t length = 0;
         while (length < bytes.size()) {
@@ -147,7 +147,9 @@ std::optional<std::string> readFileBytes(const std::string& path)
 std::optional<Value> parseBinaryOrXMLPropertyList(const std::string& bytes)
 {
     if (bytes.empty() || bytes.size() > std::numeric_limits<uint32_t>::max()) return std::nullopt;
-    if (!(bytes.starts_with("bplist") ? binaryPlistIsSafe(bytes) : xmlPlistIsSafe(bytes))) return std::nullopt;
+    bool binary = bytes.starts_with("bplist");
+    if (binary && bytes.size() > VLPropertyListLargestBinaryDocument) return std::nullopt;
+    if (!(binary ? binaryPlistIsSafe(bytes) : xmlPlistIsSafe(bytes))) return std::nullopt;
     plist_t root = nullptr;
     plist_from_memory(bytes.data(), static_cast<uint32_t>(bytes.size()), &root);
     PlistHandle handle(root, plist_free);
@@ -156,7 +158,7 @@ std::optional<Value> parseBinaryOrXMLPropertyList(const std::string& bytes)
 
 std::optional<Value> readPropertyListFile(const std::string& path)
 {
-    auto bytes = readFileBytes(path);
+    auto bytes = readFileBytes(path, VLPropertyListLargestFile);
     if (!bytes) return std::nullopt;
     if (!looksLikeText(*bytes)) return parseBinaryOrXMLPropertyList(*bytes);
     VLPlistParseInfo info;

@@ -2,23 +2,9 @@
 #include "outline/VLNode.h"
 #include "outline/VLPath.h"
 #include "reader/VLDictRecords.h"
-#include "reader/VLPlistTypedReaders.h"
 #include "reader/VLShapeKeys.h"
 
 namespace {
-
-// A transform as a list of six numbers or as the text "{m11, m12, m21, m22, tX, tY}".
-void transformFromValue(const Value& value, double m[6])
-{
-    if (value.isArray() && value.count() >= 6) {
-        for (size_t i = 0; i < 6; ++i) m[i] = value[i].doubleValue();
-        return;
-    }
-    if (value.isString()) readLineOfString(value.string(), [&](VLPlistParseInfo* info) {
-        parsePlistTransform(info, m);
-        return true;
-    });
-}
 
 // Nothing for a list longer than a path may hold.
 std::optional<VLPath::Nodes> nodesFromValue(const Value& list, uint8_t format)

@@ -1,5 +1,6 @@
 #include "reader/VLBinaryPlistGuard.h"
 #include "reader/VLPropertyListFile.h"
+#include "support/PlistWriting.h"
 
 #include <gtest/gtest.h>
 
@@ -128,4 +129,17 @@ TEST(BinaryPlist, LongArraysReadInLinearTime)
     ASSERT_EQ(root->count(), 100000u);
     EXPECT_EQ(root->array()[0].string(), "0");
     EXPECT_EQ(root->array()[99999].string(), "99999");
+}
+
+TEST(BinaryPlist, DocumentsBeyondTheirLargestSizeAreNotRead)
+{
+    // One string fills the file: the tree stays one node, so only the size can refuse it.
+    auto fileOfString = [](size_t length) {
+        return propertyListOfValue(Value(std::string(length, 'x')), true);
+    };
+    std::string within = fileOfString(VLPropertyListLargestBinaryDocument - 64);
+    ASSERT_LE(within.size(), VLPropertyListLargestBinaryDocument);
+    EXPECT_TRUE(parseBinaryOrXMLPropertyList(within));
+    std::string beyond = fileOfString(VLPropertyListLargestBinaryDocument);
+    EXPECT_FALSE(parseBinaryOrXMLPropertyList(beyond));
 }

@@ -4,7 +4,9 @@
 #include "model/VLGlyph.h"
 #include "model/VLLayer.h"
 #include "outline/VLAnchor.h"
+#include "outline/VLBackgroundImage.h"
 #include "outline/VLComponent.h"
+#include "outline/VLHint.h"
 #include "outline/VLPath.h"
 #include "platform/VLError.h"
 #include "platform/VLException.h"
@@ -15,6 +17,9 @@
 #include <gtest/gtest.h>
 
 #include <sstream>
+#include <string_view>
+#include <utility>
+#include <vector>
 
 namespace {
 
@@ -28,8 +33,14 @@ fontMaster = (
 glyphs = (
 {glyphname = A; unicode = 65; rightKerningGroup = A; leftKerningGroup = A; layers = (
  {layerId = light; width = 600; anchors = ({name = top; pos = (300,700);});
+  hints = ({type = Corner; name = _corner.cut; origin = (0,1); options = 3; scale = (1.5,1);},
+   {horizontal = 1; origin = (0,0); target = down; stem = -2;}, {place = (10,20); type = TTStem; target = (0,2);
+   other1 = (0,1); other2 = (0,0); settings = {a = 1;};});
+  backgroundImage = {imagePath = a.png; crop = (1,2,30,40); transform = "{1, 0, 0, 2, 7, 8}"; alpha = 50; locked = 1;};
+  color = (255,0,0,128); visible = 0; .lastUpdate = 1234;
   shapes = ({closed = 1; nodes = ((20,0,l),(300,700,l),(580,0,l));});},
- {layerId = bold; width = 700; shapes = ({closed = 1; nodes = ((20,0,l),(350,700,l),(680,0,l));});},
+ {layerId = bold; width = 700; color = 4; hints = ({horizontal = 1; origin = (0,1); target = up;});
+  shapes = ({closed = 1; nodes = ((20,0,l),(350,700,l),(680,0,l));});},
  {name = "Light {400}"; layerId = "brace-1"; associatedMasterId = light; attr = {coordinates = (400);}; width = 650;
   shapes = ({closed = 1; nodes = ((20,0,l),(320,700,l),(620,0,l));});}
 );},
@@ -49,6 +60,9 @@ fontMaster = ({id = m01; name = Regular; ascender = 750; descender = -250; xHeig
 glyphs = (
 {glyphname = A; unicode = 0041; kernLeft = A; layers = (
  {layerId = m01; width = 600;
+  hints = ({type = Cap; name = _cap.round; origin = "{0, 1}"; target = "{0, 2}"; options = 3;},
+   {horizontal = 1; origin = "{0, 0}"; target = down;});
+  backgroundImage = {imagePath = b.jpg; crop = "{{1, 2}, {30, 40}}"; pos = "{5, 6}"; scale = "{2, 3}"; angle = 10;};
   paths = ({closed = 1; nodes = ("0 0 LINE", "300 700 LINE", "600 0 LINE");});
   components = ({name = B; transform = "{1, 0, 0, 1, 50, 20}";});}
 );},
@@ -70,6 +84,34 @@ std::shared_ptr<VLFont> readDocument(const std::string& bytes, VLError* error = 
     return VLFont::initWithURL_error(file.path, error);
 }
 
+std::ostream& operator<<(std::ostream& out, const VLIndexPath& path)
+{
+    for (size_t index : path) out << index << ".";
+    return out;
+}
+
+std::ostream& operator<<(std::ostream& out, Point point)
+{
+    return out << point.x << "," << point.y;
+}
+
+void summarizeDecorations(std::ostream& out, const VLLayer& layer)
+{
+    out << " visible " << layer.visible() << " color " << int(layer.colorIndex());
+    if (layer.color()) out << " " << layer.color()->components()[0] << "/" << layer.color()->alphaComponent();
+    out << " updated " << layer.lastUpdate() << "\n";
+    for (const auto& hint : layer.hints())
+        out << "  hint " << int(hint->type()) << " " << hint->name() << " " << hint->horizontal() << " "
+            << hint->originIndex() << " " << hint->targetIndex() << " " << hint->otherIndex1() << " "
+            << hint->otherIndex2() << " " << hint->options() << " " << hint->stem() << " " << hint->scale() << " "
+            << hint->origin() << " " << hint->width() << " " << hint->settings().size()
+            << (hint->parent() ? "" : " orphan") << "\n";
+    if (auto image = layer.backgroundImage())
+        out << "  image " << image->imagePath() << " " << image->crop().origin << " " << image->crop().size.width
+            << " " << image->position() << " " << image->scale() << " " << image->angle() << " " << image->alpha()
+            << " " << image->locked() << "\n";
+}
+
 // What a thumbnail and kerning depend on, in one comparable text.
 std::string summary(VLFont& font)
 {
@@ -83,7 +125,8 @@ std::string summary(VLFont& font)
         glyph->readLayersFormat(font.formatVersion());
         for (const auto& layer : glyph->layers().allValues()) {
             out << " layer " << layer->layerId() << " " << layer->associatedMasterId() << " " << layer->width()
-                << " brace " << layer->isBraceLayer() << " anchors " << layer->anchors().count() << "\n";
+                << " brace " << layer->isBraceLayer() << " anchors " << layer->anchors().count();
+            summarizeDecorations(out, *layer);
             for (const auto& shape : layer->shapes()) {
                 if (auto path = std::dynamic_pointer_cast<VLPath>(shape)) {
                     out << "  path " << path->closed();
@@ -130,6 +173,27 @@ TEST(DictRoute, TextXMLAndBinaryTwinsGiveTheSameModel)
     EXPECT_EQ(current->kerningForFontMasterID_firstGlyph_secondGlyph_direction("bold", *a, *a, 0), 5);
     EXPECT_EQ(older->kerningForFontMasterID_leftKey_rightKey_direction("m01", "A", "B", 0), -7);
     EXPECT_EQ(older->glyphForName("A")->leftKerningGroup(), "A") << "kernLeft in the older format";
+
+    // The twins agree above; these say that what they agree on is what the text means.
+    a->readLayersFormat(3);
+    const auto& hints = a->layerForId("light")->hints();
+    ASSERT_EQ(hints.size(), 3u);
+    EXPECT_EQ(hints[0]->type(), VLHintType::Corner);
+    EXPECT_EQ(hints[0]->originIndex(), (VLIndexPath{0, 1}));
+    EXPECT_EQ(hints[0]->options(), 3u) << "only the older format stores 3 as 8";
+    EXPECT_EQ(hints[1]->type(), VLHintType::TopGhost) << "a ghost names its side";
+    EXPECT_EQ(a->layerForId("bold")->hints()[0]->type(), VLHintType::BottomGhost);
+    EXPECT_EQ(hints[2]->otherIndex2(), (VLIndexPath{0, 0}));
+    EXPECT_EQ(a->layerForId("light")->backgroundImage()->crop().size.height, 40);
+    EXPECT_EQ(a->layerForId("light")->color()->alphaComponent(), 128 / 255.0);
+    EXPECT_EQ(a->layerForId("bold")->colorIndex(), 4);
+    auto olderA = older->glyphForName("A");
+    olderA->readLayersFormat(1);
+    const auto& olderHints = olderA->layerForId("m01")->hints();
+    ASSERT_EQ(olderHints.size(), 2u);
+    EXPECT_EQ(olderHints[0]->targetIndex(), (VLIndexPath{0, 2})) << "index paths are text in the older format";
+    EXPECT_EQ(olderHints[0]->options(), 8u);
+    EXPECT_EQ(olderA->layerForId("m01")->backgroundImage()->scale(), (Point{2, 3}));
 }
 
 TEST(DictRoute, AHigherVersionIsRefusedOnlyInPropertyLists)
@@ -173,6 +237,22 @@ TEST(DictRoute, FormatDifferencesAndDefaults)
     EXPECT_TRUE(error.domain.empty()) << "a document without masters fails without an error";
 }
 
+namespace {
+
+// Cutting a document where a reader changes state matters most: just before and just behind each
+// byte of `structure`. Every seventh length in between is cut too; all of them, with no structure.
+std::vector<size_t> cutLengths(const std::string& bytes, std::string_view structure)
+{
+    std::vector<size_t> lengths;
+    auto structural = [&](size_t at) { return structure.find(bytes[at]) != std::string_view::npos; };
+    for (size_t length = 0; length < bytes.size(); ++length)
+        if (structure.empty() || length % 7 == 0 || structural(length) || (length > 0 && structural(length - 1)))
+            lengths.push_back(length);
+    return lengths;
+}
+
+} // namespace
+
 TEST(DictRoute, EveryPrefixOfATwinFailsSafely)
 {
     // The streaming reader refuses the master's unknown key, so each prefix that parses goes
@@ -181,12 +261,24 @@ TEST(DictRoute, EveryPrefixOfATwinFailsSafely)
     text.replace(text.find("name = Light;"), 13, "name = Light; baseline = 0;");
     ASSERT_NE(readDocument(text), nullptr);
     Value tree = treeOfText(text);
-    for (const std::string& bytes : {text, propertyListOfValue(tree, false), propertyListOfValue(tree, true)})
-        for (size_t length = 0; length < bytes.size(); length += 7) {
+    auto readLayers = [](const std::shared_ptr<VLFont>& font) {
+        if (font)
+            for (const auto& glyph : font->glyphs()) glyph->readLayersFormat(font->formatVersion());
+    };
+    for (size_t length : cutLengths(text, "{}()=;,\"\\")) {
+        SCOPED_TRACE(length);
+        readLayers(readDocument(text.substr(0, length)));
+    }
+    // The twins in memory, as their files would be read. A binary property list is found through
+    // the offsets in its trailer, which any cut replaces with other bytes: every length.
+    std::pair<std::string, std::string_view> twins[] = {{propertyListOfValue(tree, false), "<>"},
+                                                        {propertyListOfValue(tree, true), ""}};
+    for (const auto& [bytes, structure] : twins)
+        for (size_t length : cutLengths(bytes, structure)) {
             SCOPED_TRACE(length);
+            auto root = parseBinaryOrXMLPropertyList(bytes.substr(0, length));
             try {
-                if (auto font = readDocument(bytes.substr(0, length)))
-                    for (const auto& glyph : font->glyphs()) glyph->readLayersFormat(font->formatVersion());
+                if (root) readLayers(VLFont::initWithDict_error(*root, nullptr));
             } catch (const VLException&) {
             }
         }

@@ -141,7 +141,7 @@ TEST(DocumentFiles, OnlyRegularFilesAndFoldersAreRead)
     VLError error;
     EXPECT_EQ(VLFont::initWithURL_error(fifo.string(), &error), nullptr) << "a FIFO would block forever";
     EXPECT_EQ(VLFont::initWithURL_error("/dev/zero", &error), nullptr) << "a device never ends";
-    EXPECT_FALSE(readFileBytes("/dev/zero"));
+    EXPECT_FALSE(readFileBytes("/dev/zero", VLPropertyListLargestDocument));
 
     // Each file of a package in turn.
     for (const char* member : {"fontinfo.plist", "order.plist", "glyphs/A_.glyph"}) {
@@ -155,21 +155,35 @@ TEST(DocumentFiles, OnlyRegularFilesAndFoldersAreRead)
     }
 }
 
-TEST(DocumentFiles, PropertyListsBeyondTheLargestFileAreNotRead)
+TEST(DocumentFiles, PropertyListsBeyondTheirLargestSizeAreNotRead)
 {
     TemporaryFolder folder;
     fs::path sparse = folder.path / "sparse.plist";
     std::ofstream(sparse) << "<?xml version=\"1.0\"?><plist version=\"1.0\"><array></array></plist>";
-    EXPECT_TRUE(readFileBytes(sparse.string()));
+    EXPECT_TRUE(readFileBytes(sparse.string(), VLPropertyListLargestFile));
     // A sparse file of 2 GB costs nothing on disk; read whole, it cost 2 GB of memory.
     ASSERT_EQ(truncate(sparse.c_str(), off_t{2} << 30), 0);
-    EXPECT_FALSE(readFileBytes(sparse.string()));
-    ASSERT_EQ(truncate(sparse.c_str(), static_cast<off_t>(VLPropertyListLargestFile) + 1), 0);
-    EXPECT_FALSE(readFileBytes(sparse.string()));
-    ASSERT_EQ(truncate(sparse.c_str(), static_cast<off_t>(VLPropertyListLargestFile)), 0);
-    auto bytes = readFileBytes(sparse.string());
-    ASSERT_TRUE(bytes);
-    EXPECT_EQ(bytes->size(), VLPropertyListLargestFile);
+    EXPECT_FALSE(readFileBytes(sparse.string(), VLPropertyListLargestDocument));
+    ASSERT_EQ(truncate(sparse.c_str(), static_cast<off_t>(VLPropertyListLargestDocument) + 1), 0);
+    EXPECT_FALSE(readFileBytes(sparse.string(), VLPropertyListLargestDocument));
     VLError error;
     EXPECT_EQ(VLFont::initWithURL_error(sparse.string(), &error), nullptr);
+    ASSERT_EQ(truncate(sparse.c_str(), static_cast<off_t>(VLPropertyListLargestFile) + 1), 0);
+    EXPECT_FALSE(readFileBytes(sparse.string(), VLPropertyListLargestFile));
+    ASSERT_EQ(truncate(sparse.c_str(), static_cast<off_t>(VLPropertyListLargestFile)), 0);
+    auto bytes = readFileBytes(sparse.string(), VLPropertyListLargestFile);
+    ASSERT_TRUE(bytes);
+    EXPECT_EQ(bytes->size(), VLPropertyListLargestFile);
+
+    // A property list beside the glyphs of a package, such as "order.plist", keeps the small limit.
+    auto listOfSize = [](size_t size) {
+        std::string head = "<?xml version=\"1.0\"?><plist version=\"1.0\"><array><string>";
+        std::string tail = "</string></array></plist>";
+        return head + std::string(size - head.size() - tail.size(), 'x') + tail;
+    };
+    fs::path order = folder.path / "order.plist";
+    std::ofstream(order) << listOfSize(VLPropertyListLargestFile);
+    EXPECT_TRUE(readPropertyListFile(order.string()));
+    std::ofstream(order) << listOfSize(VLPropertyListLargestFile + 1);
+    EXPECT_FALSE(readPropertyListFile(order.string()));
 }

@@ -98,4 +98,12 @@ TEST(SecondChance, PropertyListTwinsDrawTheSamePixels)
         EXPECT_EQ(twin.status, 0) << twin.log;
         EXPECT_TRUE(twin.png == fromText.png) << (binary ? "binary" : "XML");
     }
+    // Whole documents are larger than the other property lists that a package holds.
+    Value note(std::string(VLPropertyListLargestFile, 'x'));
+    tree.mutableDictionary()->insert_or_assign("userData", Value(ValueDictionary{{"note", note}}));
+    std::string large = propertyListOfValue(tree, false);
+    ASSERT_GT(large.size(), VLPropertyListLargestFile);
+    Outcome twin = runCommand(large);
+    EXPECT_EQ(twin.status, 0) << twin.log;
+    EXPECT_TRUE(twin.png == fromText.png);
 }
