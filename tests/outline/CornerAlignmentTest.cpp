@@ -56,20 +56,20 @@ void expectPassesThrough(const std::shared_ptr<BezierPath>& outline, std::initia
 
 } // namespace
 
-// The node of "acute" at (400, 100) opens 60 degrees, from its incoming leg at 150 degrees to its
-// outgoing one at 90. The notch's ends always land 100 units along the legs; its inner point, 141
+// The node of "acute" at (400, 100) opens 60 degrees, from its incoming leg at 160 degrees to its
+// outgoing one at 100. The notch's ends always land 100 units along the legs; its inner point, 141
 // units out at 45 degrees between legs at 90 and 0, turns with the leg that the alignment keeps.
 TEST(CornerAlignment, EachAlignmentTurnsTheCornerByItsOwnReference)
 {
     CornerOutline acute("acute");
     ASSERT_NE(acute.layer, nullptr);
-    Point inEnd{313.4, 150}, outEnd{400, 200};
-    // Along the incoming leg: turned by 60 degrees, the inner point at 105.
-    expectPassesThrough(acute.drawnWith(0), {inEnd, outEnd, {363.4, 236.6}});
-    // Along the outgoing leg: turned by 90, at 135.
-    expectPassesThrough(acute.drawnWith(1), {inEnd, outEnd, {300, 200}});
-    // Bisector onto bisector: turned by 75, at 120.
-    expectPassesThrough(acute.drawnWith(2), {inEnd, outEnd, {329.3, 222.5}});
+    Point inEnd{306.0, 134.2}, outEnd{382.6, 198.5};
+    // Along the incoming leg: turned by 70 degrees, the inner point at 115.
+    expectPassesThrough(acute.drawnWith(0), {inEnd, outEnd, {340.2, 228.2}});
+    // Along the outgoing leg: turned by 100, at 145.
+    expectPassesThrough(acute.drawnWith(1), {inEnd, outEnd, {284.2, 181.1}});
+    // Bisector onto bisector: turned by 85, at 130.
+    expectPassesThrough(acute.drawnWith(2), {inEnd, outEnd, {309.1, 208.3}});
     // Upright: not turned at all, so the inner point stands outside the narrow corner.
     expectPassesThrough(acute.drawnWith(4), {inEnd, outEnd, {500, 200}});
 }

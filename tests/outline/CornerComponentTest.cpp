@@ -69,6 +69,14 @@ TEST(CornerComponents, AnInwardNotchCutsTheCornerOfASquare)
                         {{520, 300}, false}});
 }
 
+TEST(CornerComponents, ACornerOfTwoNodesBevelsTheCorner)
+{
+    auto font = cornerDocument();
+    ASSERT_NE(font, nullptr);
+    Rendered picture(*font, "bevelled");
+    expectInk(picture, {{{110, 110}, false}, {{140, 140}, true}, {{105, 170}, true}, {{170, 105}, true}});
+}
+
 TEST(CornerComponents, AMissingCornerGlyphLeavesTheNodeSharp)
 {
     auto font = cornerDocument();
