@@ -118,6 +118,26 @@ TEST(CapComponents, RoundCapsAtBothEndsOfABarOneAcrossTheClosingPoint)
                         {{10, 490}, false}});
 }
 
+// The cap is 400 wide on a stroke of 300: alignment 0 puts its first node on the stroke's
+// arriving side, 1 its last node on the leaving side, 2 its middle on the stroke's middle.
+TEST(CapComponents, TheAlignmentSaysWhereANarrowerStrokeHoldsTheCap)
+{
+    auto font = cornerDocument();
+    ASSERT_NE(font, nullptr);
+    auto glyph = font->glyphForName("narrowCapped");
+    ASSERT_NE(glyph, nullptr);
+    auto layer = glyph->layerForId("m01");
+    ASSERT_NE(layer, nullptr);
+    const std::pair<uint8_t, double> centres[] = {{0, 300}, {1, 200}, {2, 250}};
+    for (auto [alignment, centre] : centres) {
+        SCOPED_TRACE(testing::Message() << "alignment " << int(alignment));
+        layer->hints().at(0)->setAlignment(alignment);
+        layer->setNeedUpdateShapes();
+        Rendered picture(*font, "narrowCapped");
+        expectInk(picture, {{{680, centre}, true}, {{690, centre - 100}, false}, {{690, centre + 100}, false}});
+    }
+}
+
 TEST(BentComponents, ABrushAlongALine)
 {
     auto font = cornerDocument();
