@@ -9,6 +9,7 @@ DEMO_MASTERS_INPUT := examples/Velmor-Sample-Masters.velmor
 DEMO_COMPOSITES_INPUT := examples/Velmor-Composites.velmor
 DEMO_BRACE_INPUT := examples/Velmor-Brace.velmor
 DEMO_SMART_INPUT := examples/Velmor-Smart.velmor
+DEMO_CORNERS_INPUT := examples/Velmor-Corners.velmor
 
 .PHONY: all deps release demo test bench bench-run clean
 
@@ -27,6 +28,7 @@ demo: release
 	$(RELEASE_DIR)/velmor-thumbnailer -s 256 $(DEMO_COMPOSITES_INPUT) build/demo-composites.png
 	$(RELEASE_DIR)/velmor-thumbnailer -s 256 $(DEMO_BRACE_INPUT) build/demo-brace.png
 	$(RELEASE_DIR)/velmor-thumbnailer -s 256 $(DEMO_SMART_INPUT) build/demo-smart.png
+	$(RELEASE_DIR)/velmor-thumbnailer -s 256 $(DEMO_CORNERS_INPUT) build/demo-corners.png
 	$(RELEASE_DIR)/velmor-proof $(DEMO_MASTERS_INPUT) build/proof-sheet.png
 	$(RELEASE_DIR)/velmor-proof --text 'gAg\nAgA' $(DEMO_MASTERS_INPUT) build/proof-text.svg
 	$(RELEASE_DIR)/velmor-proof --instance Regular --text 'AgA' $(DEMO_MASTERS_INPUT) build/proof-instance.png
@@ -34,7 +36,7 @@ demo: release
 	$(RELEASE_DIR)/velmor-proof --all --text 'Ag' $(DEMO_MASTERS_INPUT) build/proof-all.png
 	$(RELEASE_DIR)/velmor-proof --glyphs $(DEMO_COMPOSITES_INPUT) build/proof-glyphs.png
 	@echo "wrote build/demo.png, build/demo-masters.png, build/demo-composites.png, build/demo-brace.png,"
-	@echo "build/demo-smart.png and the proofs build/proof-*"
+	@echo "build/demo-smart.png, build/demo-corners.png and the proofs build/proof-*"
 
 test: deps
 	cmake -S . -B $(TEST_DIR) -DCMAKE_BUILD_TYPE=Debug -DVELMOR_SANITIZE=ON >/dev/null

@@ -72,6 +72,9 @@ public:
     // True for all four outline components.
     bool isCorner() const { return _type >= VLHintType::Corner && _type <= VLHintType::Segment; }
     bool isPathComponent() const { return isCorner(); }
+    // A component that the outline draws: one found again by position after a flattening (stem
+    // 1000) is part of the outline already.
+    bool isDrawnCorner() const { return isCorner() && (_stem == 0 || _stem == StemNone); }
     bool isTrueType() const { return _type >= VLHintType::TTSnap && _type <= VLHintType::TTDelta; }
 
     // References: live node, stored index path, and the knob saved for restore (x = VLUnsetValue

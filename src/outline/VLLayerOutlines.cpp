@@ -19,11 +19,6 @@ namespace {
 
 constexpr long outlineMinimumElements = 2;
 
-bool isActiveCorner(const VLHint& hint)
-{
-    return hint.isCorner() && (hint.stem() == 0 || hint.stem() == VLHint::StemNone);
-}
-
 // Components are asked once per name.
 template <typename Visit> void forEachComponentName(const VLLayer::Shapes& shapes, Visit&& visit)
 {
@@ -94,7 +89,7 @@ bool VLLayer::flattenOutlines()
     for (const auto& shape : _shapes) shape->drawInPen_openPen_secondaryPen_extraHandles(pen, pen, secondary.get(), nullptr);
     // Corners that were drawn are part of the outline now.
     Hints kept;
-    std::copy_if(hints.begin(), hints.end(), std::back_inserter(kept), [](const auto& h) { return !isActiveCorner(*h); });
+    std::copy_if(hints.begin(), hints.end(), std::back_inserter(kept), [](const auto& h) { return !h->isDrawnCorner(); });
     setHintsFast(std::move(kept));
     setShapesFast(pen.layer()->shapes());
     return true;

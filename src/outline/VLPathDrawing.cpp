@@ -370,7 +370,7 @@ void VLPath::_drawInPen_secondaryPen(VLPenProtocol& pen, VLPenProtocol*)
     long index = owner ? owner->indexOfObjectInShapes(this) : -1;
     if (font && index >= 0)
         for (const auto& hint : owner->hints()) {
-            if (!hint->isCorner() || (hint->stem() != 0 && hint->stem() != VLHint::StemNone)) continue;
+            if (!hint->isDrawnCorner()) continue;
             if (!font->glyphForName(hint->name()) || !hint->updateIndexes()) continue;
             const VLIndexPath& origin = hint->originIndex();
             if (origin.size() < 2 || origin[0] != static_cast<size_t>(index)) continue;

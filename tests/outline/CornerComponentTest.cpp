@@ -69,6 +69,14 @@ TEST(CornerComponents, AnInwardNotchCutsTheCornerOfASquare)
                         {{520, 300}, false}});
 }
 
+TEST(CornerComponents, ACornerOfTwoNodesBevelsTheCorner)
+{
+    auto font = cornerDocument();
+    ASSERT_NE(font, nullptr);
+    Rendered picture(*font, "bevelled");
+    expectInk(picture, {{{110, 110}, false}, {{140, 140}, true}, {{105, 170}, true}, {{170, 105}, true}});
+}
+
 TEST(CornerComponents, AMissingCornerGlyphLeavesTheNodeSharp)
 {
     auto font = cornerDocument();
@@ -108,6 +116,26 @@ TEST(CapComponents, RoundCapsAtBothEndsOfABarOneAcrossTheClosingPoint)
                         {{710, 300}, false},
                         {{10, 110}, false},
                         {{10, 490}, false}});
+}
+
+// The cap is 400 wide on a stroke of 300: alignment 0 puts its first node on the stroke's
+// arriving side, 1 its last node on the leaving side, 2 its middle on the stroke's middle.
+TEST(CapComponents, TheAlignmentSaysWhereANarrowerStrokeHoldsTheCap)
+{
+    auto font = cornerDocument();
+    ASSERT_NE(font, nullptr);
+    auto glyph = font->glyphForName("narrowCapped");
+    ASSERT_NE(glyph, nullptr);
+    auto layer = glyph->layerForId("m01");
+    ASSERT_NE(layer, nullptr);
+    const std::pair<uint8_t, double> centres[] = {{0, 300}, {1, 200}, {2, 250}};
+    for (auto [alignment, centre] : centres) {
+        SCOPED_TRACE(testing::Message() << "alignment " << int(alignment));
+        layer->hints().at(0)->setAlignment(alignment);
+        layer->setNeedUpdateShapes();
+        Rendered picture(*font, "narrowCapped");
+        expectInk(picture, {{{680, centre}, true}, {{690, centre - 100}, false}, {{690, centre + 100}, false}});
+    }
 }
 
 TEST(BentComponents, ABrushAlongALine)
