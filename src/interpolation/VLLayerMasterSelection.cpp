@@ -171,43 +171,41 @@ std::shared_ptr<VLLayer> VLLayer::pieceInterpolate(const ValueDictionary& smartS
     return owner->interpolate_error(*factors, nullptr);
 }
 
-std::optional<VLFactors> VLLayer::factorsCoeff(const ValueDictionary& smartSettings) const
+std::optional<VLFactors> VLLayer::factorsSolving(const ValueDictionary& smartSettings, bool doBraceLayer,
+                                                 size_t axisCount, const SmartSolver& solve) const
 {
     PartAxes partAxes = axes();
-    size_t axisCount = std::max<size_t>(partAxes.size(), 1);
     std::vector<double> axesMax(axisCount, -1000000.0);
     std::vector<double> axesMin(axisCount, 1000000.0);
     std::vector<std::string> masterIds;
     std::vector<std::vector<double>> masters;
     computeMastersCoeff_hasWeightAxis_doBraceLayer_masterIds_axesMax_axesMin_axisCount_masters_error(
-        partAxes, hasWeightAxis(partAxes), true, masterIds, axesMax, axesMin, axisCount, masters, nullptr);
+        partAxes, hasWeightAxis(partAxes), doBraceLayer, masterIds, axesMax, axesMin, axisCount, masters, nullptr);
     if (masters.size() == 1) return onlyLayer(masterIds.front());
     if (masters.empty()) return onlyLayer(_layerId);
     std::vector<double> target;
     computeTargetCoeff_layer_axesMax_axesMin_axisCount_smartSettings_target(partAxes, *this, axesMax, axesMin, axisCount,
                                                                             smartSettings, target);
-    auto coefficients = anyCoeffs(masters, target, target.size() > axesForFewerCandidates);
-    return computeInterpolationMasters_solution_masterIds(masters, std::move(coefficients), masterIds);
+    return computeInterpolationMasters_solution_masterIds(masters, solve(masters, target, axesMax, axesMin), masterIds);
+}
+
+std::optional<VLFactors> VLLayer::factorsCoeff(const ValueDictionary& smartSettings) const
+{
+    size_t axisCount = std::max<size_t>(axes().size(), 1);
+    return factorsSolving(smartSettings, true, axisCount, [](const auto& masters, const auto& target, const auto&, const auto&) {
+        return anyCoeffs(masters, target, target.size() > axesForFewerCandidates);
+    });
 }
 
 std::optional<VLFactors> VLLayer::factorsMM(const ValueDictionary& smartSettings) const
 {
-    PartAxes partAxes = axes();
-    if (partAxes.empty()) return std::nullopt;
-    size_t axisCount = partAxes.size();
-    std::vector<double> axesMax(axisCount, -1000000.0);
-    std::vector<double> axesMin(axisCount, 1000000.0);
-    std::vector<std::string> masterIds;
-    std::vector<std::vector<double>> masters;
-    computeMastersCoeff_hasWeightAxis_doBraceLayer_masterIds_axesMax_axesMin_axisCount_masters_error(
-        partAxes, hasWeightAxis(partAxes), false, masterIds, axesMax, axesMin, axisCount, masters, nullptr);
-    if (masters.size() == 1) return onlyLayer(masterIds.front());
-    if (masters.empty()) return onlyLayer(_layerId);
-    std::vector<double> target;
-    computeTargetCoeff_layer_axesMax_axesMin_axisCount_smartSettings_target(partAxes, *this, axesMax, axesMin, axisCount,
-                                                                            smartSettings, target);
-    auto weights = computeMM_target_axesMax_axesMin_axisCount(masters, target, axesMax, axesMin, axisCount);
-    return computeInterpolationMasters_solution_masterIds(masters, std::move(weights), masterIds);
+    size_t axisCount = axes().size();
+    if (axisCount == 0) return std::nullopt;
+    return factorsSolving(smartSettings, false, axisCount,
+                          [axisCount](const auto& masters, const auto& target, const auto& axesMax, const auto& axesMin) {
+                              return computeMM_target_axesMax_axesMin_axisCount(masters, target, axesMax, axesMin,
+                                                                                axisCount);
+                          });
 }
 
 std::optional<VLFactors> VLLayer::factorsMA(const ValueDictionary& smartSettings) const

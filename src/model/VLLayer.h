@@ -342,6 +342,14 @@ public:
     std::optional<VLFactors> factorsCoeff(const ValueDictionary& smartSettings) const;
     std::optional<VLFactors> factorsMM(const ValueDictionary& smartSettings) const;
     std::optional<VLFactors> factorsMA(const ValueDictionary& smartSettings) const;
+    // What the solver and the product of weights share: the collection, a single or missing
+    // layer, the target; solve turns the masters' locations and the target, with the ranges
+    // they span, into one coefficient per master.
+    using SmartSolver = std::function<std::vector<double>(
+        const std::vector<std::vector<double>>& masters, const std::vector<double>& target,
+        const std::vector<double>& axesMax, const std::vector<double>& axesMin)>;
+    std::optional<VLFactors> factorsSolving(const ValueDictionary& smartSettings, bool doBraceLayer, size_t axisCount,
+                                            const SmartSolver& solve) const;
     // The glyph's layers that take part, by layer id, and their locations: those of the receiver's
     // master, or of every master where an axis is a weight axis; smart layers at the ends their
     // part selection gives (one per location, the first in the order of layers), and brace layers
