@@ -8,6 +8,7 @@
 #include "platform/Value.h"
 
 #include <cstdint>
+#include <fcntl.h>
 #include <memory>
 #include <optional>
 #include <set>
@@ -41,9 +42,17 @@ public:
     // The first pass over a glyph record: its own keys, with the layers only noted for later.
     // The parse info stands behind the opening brace and must outlive the glyph's layer read.
     static std::shared_ptr<VLGlyph> initWithVelmorParser_format(VLPlistParseInfo* info, uint8_t format);
-    // A glyph file of a package; the glyph keeps the file's parse state for its layers.
-    static std::shared_ptr<VLGlyph> initWithFile_format_error(const std::string& path, uint8_t format, VLError* error);
+    // A glyph file of a package; the glyph keeps the file's parse state for its layers. A relative
+    // path is taken from the open folder `folder`.
+    static std::shared_ptr<VLGlyph> initWithFile_format_error(const std::string& path, uint8_t format, VLError* error,
+                                                              int folder = AT_FDCWD);
     static constexpr const char* className = "VLGlyph";
+    // Hands the reading of the layers from the parse state `from`, a copy that read the glyph, to
+    // `to`, a state over the same text.
+    void replaceParseInfo(const VLPlistParseInfo* from, VLPlistParseInfo* to)
+    {
+        if (_pInfo == from) _pInfo = to;
+    }
     // A copy without parent that keeps the id, with copies of all layers.
     std::shared_ptr<VLGlyph> copy();
 

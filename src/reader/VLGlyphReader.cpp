@@ -149,10 +149,11 @@ std::shared_ptr<VLGlyph> VLGlyph::initWithVelmorParser_format(VLPlistParseInfo* 
     return glyph;
 }
 
-std::shared_ptr<VLGlyph> VLGlyph::initWithFile_format_error(const std::string& path, uint8_t format, VLError* error)
+std::shared_ptr<VLGlyph> VLGlyph::initWithFile_format_error(const std::string& path, uint8_t format, VLError* error,
+                                                            int folder)
 {
     VLPlistParseInfo info;
-    if (!openPlistParseInfo(path.c_str(), &info)) {
+    if (!openPlistParseInfo(path.c_str(), &info, folder)) {
         if (info.error) handOut(error, *info.error);
         return nullptr;
     }

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <dirent.h>
+#include <memory>
 #include <mutex>
 #include <optional>
 
@@ -19,16 +20,17 @@ struct FolderEntry {
     bool mayBeLink;
 };
 
-std::vector<FolderEntry> folderContents(const std::string& folder)
+// The glyph folder stays open while its files are read: they are opened relative to it.
+using FolderHandle = std::unique_ptr<DIR, int (*)(DIR*)>;
+
+std::vector<FolderEntry> folderContents(DIR* dir)
 {
     std::vector<FolderEntry> entries;
-    DIR* dir = opendir(folder.c_str());
     if (!dir) return entries;
     while (dirent* entry = readdir(dir)) {
         std::string name = entry->d_name;
         if (name != "." && name != "..") entries.push_back({name, entry->d_type == DT_LNK || entry->d_type == DT_UNKNOWN});
     }
-    closedir(dir);
     return entries;
 }
 
@@ -49,7 +51,8 @@ std::shared_ptr<VLGlyph> refuseLinkOut(const std::string& name, VLError* error)
 
 bool VLFont::readGlyphFiles_format_error(const std::string& folder, uint8_t format, VLError* error)
 {
-    std::vector<FolderEntry> entries = folderContents(folder);
+    FolderHandle dir(opendir(folder.c_str()), closedir);
+    std::vector<FolderEntry> entries = folderContents(dir.get());
     if (entries.empty()) {
         handOut(error, VLError::errorWithDomain_code_userInfo("VLVelmorDomain", 1,
                                                               {{VLError::localizedDescriptionKey, "No Glyphs found!"}}));
@@ -61,11 +64,10 @@ bool VLFont::readGlyphFiles_format_error(const std::string& folder, uint8_t form
     ParallelFor(entries.size(), [&](size_t i, bool& stop) {
         const FolderEntry& entry = entries[i];
         if (!hasGlyphExtension(entry.name)) return;
-        std::string path = folder + "/" + entry.name;
         VLError glyphError;
-        auto glyph = entry.mayBeLink && !isInsideFolder(path, folder)
+        auto glyph = entry.mayBeLink && !isInsideFolder(folder + "/" + entry.name, folder)
                          ? refuseLinkOut(entry.name, &glyphError)
-                         : VLGlyph::initWithFile_format_error(path, format, &glyphError);
+                         : VLGlyph::initWithFile_format_error(entry.name, format, &glyphError, dirfd(dir.get()));
         std::lock_guard guard(lock);
         if (!glyph) {
             if (!glyphError.domain.empty()) failure = glyphError;

@@ -47,11 +47,11 @@ bool start(VLPlistParseInfo* info, VLPlistMapping mapping, size_t length)
 
 } // namespace
 
-bool openPlistParseInfo(const char* path, VLPlistParseInfo* info)
+bool openPlistParseInfo(const char* path, VLPlistParseInfo* info, int folder)
 {
     *info = VLPlistParseInfo{};
     struct stat status;
-    int fd = openDocumentFile(path, status);
+    int fd = openDocumentFile(path, status, folder);
     if (fd < 0) return failOpening(info, "Couldn’t open file: %s (%s)", path);
     size_t size = static_cast<size_t>(status.st_size);
     if (size < 3) {

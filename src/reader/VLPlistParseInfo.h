@@ -4,6 +4,7 @@
 #include "reader/VLPlistMapping.h"
 
 #include <cstdint>
+#include <fcntl.h>
 #include <memory>
 #include <optional>
 #include <string>
@@ -66,8 +67,9 @@ public:
     const bool allowed;
 };
 
-// Maps the file read-only. On failure `info->error` holds a file error (code 3842).
-bool openPlistParseInfo(const char* path, VLPlistParseInfo* info);
+// Maps the file read-only; a relative path is taken from the open folder `folder`. On failure
+// `info->error` holds a file error (code 3842).
+bool openPlistParseInfo(const char* path, VLPlistParseInfo* info, int folder = AT_FDCWD);
 // The same state over a copy of the bytes, of any length.
 bool openPlistParseInfoWithBytes(const void* bytes, size_t length, VLPlistParseInfo* info);
 // Releases this info's share of the region and of the string set; nothing when already closed.
