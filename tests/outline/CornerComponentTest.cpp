@@ -101,6 +101,33 @@ TEST(CornerComponents, ACornerOnACurveToLineJoinFollowsBothSegments)
                         {{150, 150}, true}});
 }
 
+// The notch on the bottom left corner of shapes whose segments at that corner are not both long
+// lines: an outgoing curve, an incoming curve shorter than the notch's leg (which the notch
+// swallows whole), and a leg of no length, which leaves nothing to lay the notch along.
+TEST(CornerComponents, CurvedShortAndEmptyLegs)
+{
+    auto font = cornerDocument();
+    ASSERT_NE(font, nullptr);
+    {
+        SCOPED_TRACE("curved outgoing leg");
+        expectInk(Rendered(*font, "curvedOut"), {{{150, 150}, false},
+                                                 {{195, 195}, false},
+                                                 {{130, 300}, true},
+                                                 {{250, 230}, true},
+                                                 {{450, 420}, true},
+                                                 {{480, 330}, false}});
+    }
+    {
+        SCOPED_TRACE("short incoming curve");
+        expectInk(Rendered(*font, "shortCurve"),
+                  {{{150, 150}, false}, {{150, 250}, true}, {{300, 300}, true}, {{50, 300}, false}});
+    }
+    {
+        SCOPED_TRACE("leg of no length");
+        expectInk(Rendered(*font, "zeroLeg"), {{{105, 105}, true}, {{150, 150}, true}, {{95, 95}, false}});
+    }
+}
+
 TEST(CapComponents, RoundCapsAtBothEndsOfABarOneAcrossTheClosingPoint)
 {
     auto font = cornerDocument();
@@ -159,4 +186,25 @@ TEST(BentComponents, ASegmentComponentBentAlongACurve)
     Rendered picture(*font, "bumped");
     // The bump points to the left of the curve's travel, into the ink, halfway along the curve.
     expectInk(picture, {{{355, 355}, false}, {{300, 300}, true}, {{420, 250}, true}, {{250, 420}, true}});
+}
+
+// A cap asked to fit its stroke takes the stroke's width: the round cap, 400 wide, on a stroke of
+// 200 becomes a half ellipse that overhangs neither side. A cap glyph without
+// node anchors sits on the stroke by its path's ends.
+TEST(CapComponents, AFittedCapTakesTheStrokesWidthAndAnOldCapItsPathsEnds)
+{
+    auto font = cornerDocument();
+    ASSERT_NE(font, nullptr);
+    expectInk(Rendered(*font, "fitCapped"), {{{600, 200}, true},
+                       {{600, 120}, true},
+                       {{680, 200}, true},
+                       {{690, 150}, false},
+                       {{600, 350}, false},
+                       {{600, 50}, false}});
+    expectInk(Rendered(*font, "oldCapped"), {{{300, 300}, true},
+                                              {{650, 300}, true},
+                                              {{680, 300}, true},
+                                              {{690, 130}, false},
+                                              {{690, 470}, false},
+                                              {{710, 300}, false}});
 }
