@@ -208,3 +208,22 @@ TEST(CapComponents, AFittedCapTakesTheStrokesWidthAndAnOldCapItsPathsEnds)
                                               {{690, 470}, false},
                                               {{710, 300}, false}});
 }
+
+// The older format writes nodes, anchors, hint places and the cap's fitting option its own way;
+// every glyph of the corner document draws the same from it.
+TEST(CornerComponents, BothFormatsDrawTheSame)
+{
+    auto current = cornerDocument();
+    auto older = readTestDocument("corners/corners-format1.velmor");
+    ASSERT_NE(current, nullptr);
+    ASSERT_NE(older, nullptr);
+    ASSERT_EQ(current->countOfGlyphs(), older->countOfGlyphs());
+    for (const auto& glyph : current->glyphs()) {
+        SCOPED_TRACE(glyph->name());
+        Rendered a(*current, glyph->name()), b(*older, glyph->name());
+        int differing = 0;
+        for (int y = 0; y < 800; y += 2)
+            for (int x = 0; x < 800; x += 2) differing += a.context.pixelAt(x, y)[3] != b.context.pixelAt(x, y)[3];
+        EXPECT_EQ(differing, 0);
+    }
+}
