@@ -227,3 +227,17 @@ TEST(CornerComponents, BothFormatsDrawTheSame)
         EXPECT_EQ(differing, 0);
     }
 }
+
+// A segment component and a corner on one node: the left side is bent first, and the notch then
+// finds its node on the bent outline.
+TEST(BentComponents, ABentSideKeepsTheCornerAtItsEnd)
+{
+    auto font = cornerDocument();
+    ASSERT_NE(font, nullptr);
+    expectInk(Rendered(*font, "bumpedAndNotched"), {{{150, 150}, false},
+                                                     {{130, 300}, false},
+                                                     {{110, 350}, true},
+                                                     {{110, 250}, true},
+                                                     {{300, 300}, true},
+                                                     {{480, 480}, true}});
+}
