@@ -67,6 +67,10 @@ TEST(CornerComponents, AnInwardNotchCutsTheCornerOfASquare)
                         {{480, 110}, true},
                         {{90, 300}, false},
                         {{520, 300}, false}});
+    // Drawn the other way round, the corner turns the other way: the notch, drawn for a left
+    // turn, is mirrored onto it and cuts the same square out.
+    expectInk(Rendered(*font, "notchedClockwise"),
+              {{{150, 150}, false}, {{195, 195}, false}, {{150, 250}, true}, {{250, 150}, true}, {{300, 300}, true}});
 }
 
 TEST(CornerComponents, ACornerOfTwoNodesBevelsTheCorner)
