@@ -43,6 +43,10 @@ public:
     static std::shared_ptr<VLGlyph> initWithVelmorParser_format(VLPlistParseInfo* info, uint8_t format);
     // A glyph file of a package; the glyph keeps the file's parse state for its layers.
     static std::shared_ptr<VLGlyph> initWithFile_format_error(const std::string& path, uint8_t format, VLError* error);
+    // The same for the file of the name inside an open folder; errors name it by path.
+    static std::shared_ptr<VLGlyph> initWithFileInFolder_name_path_format_error(int folder, const std::string& name,
+                                                                                const std::string& path,
+                                                                                uint8_t format, VLError* error);
     static constexpr const char* className = "VLGlyph";
     // A copy without parent that keeps the id, with copies of all layers.
     std::shared_ptr<VLGlyph> copy();

@@ -8,6 +8,9 @@
 // and accepted only when it is a regular file; otherwise -1, with errno set (ENODEV for a file
 // that is not regular, EISDIR for a folder). `status` receives the opened file's status.
 int openDocumentFile(const std::string& path, struct stat& status);
+// The same for a name inside an open folder (a package's glyph folder): the kernel then looks up
+// one name instead of the whole path, for each of thousands of files.
+int openDocumentFileAt(int folder, const char* name, struct stat& status);
 
 // Whether `path`, with every link resolved, lies inside `folder`: a package's files must not
 // lead the reader to files elsewhere.

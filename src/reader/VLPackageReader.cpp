@@ -19,18 +19,34 @@ struct FolderEntry {
     bool mayBeLink;
 };
 
-std::vector<FolderEntry> folderContents(const std::string& folder)
-{
-    std::vector<FolderEntry> entries;
-    DIR* dir = opendir(folder.c_str());
-    if (!dir) return entries;
-    while (dirent* entry = readdir(dir)) {
-        std::string name = entry->d_name;
-        if (name != "." && name != "..") entries.push_back({name, entry->d_type == DT_LNK || entry->d_type == DT_UNKNOWN});
+// The glyph folder, open while its files are read: each file is then opened by its name alone.
+class GlyphFolder {
+public:
+    explicit GlyphFolder(const std::string& path) : _dir(opendir(path.c_str())) {}
+    ~GlyphFolder()
+    {
+        if (_dir) closedir(_dir);
     }
-    closedir(dir);
-    return entries;
-}
+    GlyphFolder(const GlyphFolder&) = delete;
+    GlyphFolder& operator=(const GlyphFolder&) = delete;
+
+    int descriptor() const { return _dir ? dirfd(_dir) : -1; }
+
+    std::vector<FolderEntry> contents()
+    {
+        std::vector<FolderEntry> entries;
+        if (!_dir) return entries;
+        while (dirent* entry = readdir(_dir)) {
+            std::string name = entry->d_name;
+            if (name != "." && name != "..")
+                entries.push_back({name, entry->d_type == DT_LNK || entry->d_type == DT_UNKNOWN});
+        }
+        return entries;
+    }
+
+private:
+    DIR* _dir;
+};
 
 bool hasGlyphExtension(const std::string& name)
 {
@@ -49,7 +65,8 @@ std::shared_ptr<VLGlyph> refuseLinkOut(const std::string& name, VLError* error)
 
 bool VLFont::readGlyphFiles_format_error(const std::string& folder, uint8_t format, VLError* error)
 {
-    std::vector<FolderEntry> entries = folderContents(folder);
+    GlyphFolder glyphFolder(folder);
+    std::vector<FolderEntry> entries = glyphFolder.contents();
     if (entries.empty()) {
         handOut(error, VLError::errorWithDomain_code_userInfo("VLVelmorDomain", 1,
                                                               {{VLError::localizedDescriptionKey, "No Glyphs found!"}}));
@@ -65,7 +82,8 @@ bool VLFont::readGlyphFiles_format_error(const std::string& folder, uint8_t form
         VLError glyphError;
         auto glyph = entry.mayBeLink && !isInsideFolder(path, folder)
                          ? refuseLinkOut(entry.name, &glyphError)
-                         : VLGlyph::initWithFile_format_error(path, format, &glyphError);
+                         : VLGlyph::initWithFileInFolder_name_path_format_error(glyphFolder.descriptor(), entry.name,
+                                                                                path, format, &glyphError);
         std::lock_guard guard(lock);
         if (!glyph) {
             if (!glyphError.domain.empty()) failure = glyphError;

@@ -68,6 +68,8 @@ public:
 
 // Maps the file read-only. On failure `info->error` holds a file error (code 3842).
 bool openPlistParseInfo(const char* path, VLPlistParseInfo* info);
+// The file of the name inside the open folder; messages name it by path.
+bool openPlistParseInfoAt(int folder, const char* name, const char* path, VLPlistParseInfo* info);
 // The same state over a copy of the bytes, of any length.
 bool openPlistParseInfoWithBytes(const void* bytes, size_t length, VLPlistParseInfo* info);
 // Releases this info's share of the region and of the string set; nothing when already closed.

@@ -111,6 +111,16 @@ TEST(PackageReader, Failures)
         EXPECT_EQ(package.read(&error), nullptr);
         EXPECT_EQ(error.code, 3840) << error.description();
     }
+    {
+        // Glyph files are opened by name inside their folder: a folder in the file's place is found.
+        Package package;
+        package.write("order.plist", "(\nA\n)\n");
+        package.glyph("A_.glyph", "A", 0);
+        fs::create_directory(package.folder / "glyphs" / "B_.glyph");
+        VLError error;
+        EXPECT_EQ(package.read(&error), nullptr);
+        EXPECT_EQ(error.localizedDescription(), "Couldn’t open file: B_.glyph (Is a directory)");
+    }
 }
 
 TEST(PackageReader, NamesInTheOrderStayInsideTheGlyphFolder)
