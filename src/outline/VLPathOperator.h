@@ -3,9 +3,11 @@
 #include "geometry/VLPathSegment.h"
 
 #include <memory>
+#include <optional>
 #include <vector>
 
 class VLPath;
+class VLShape;
 
 using VLSegments = std::vector<VLPathSegment>;
 
@@ -27,4 +29,22 @@ public:
     // The indexes of the segments whose first (or last) point lies within 0.001 of the point.
     static std::vector<size_t> segments_thatStartAtPoint(const VLSegments& segments, Point point);
     static std::vector<size_t> segments_thatEndAtPoint(const VLSegments& segments, Point point);
+
+    // The outline of the union of closed paths: contours running counterclockwise (y up) are ink,
+    // clockwise ones inside them are counters. Components, open paths and paths with TrueType
+    // curves are kept as they are, after the new paths; a closed path with TrueType curves
+    // refuses the whole operation. False, with the shapes as they were, when nothing comes out.
+    static bool removeOverlapPaths(std::vector<std::shared_ptr<VLShape>>& shapes);
+    // Cut, then without loose ends of open paths, pairs that cancel, segments with ink on both
+    // sides and doubled segments. Nothing when cutting multiplied the segments past twenty times:
+    // so many crossings mean a broken outline, not a design.
+    static std::optional<VLSegments> removeOverlapSegments(const VLSegments& segments);
+    static void removeOpenEnds(VLSegments& segments);
+    static void removeCancelingSegments(VLSegments& segments);
+    static void removeOverlappingSegments(VLSegments& segments);
+    static void removeInnerSegments(VLSegments& segments);
+    // Whether no ink lies just right of the segment, by the windings of the list there.
+    static bool segmentIsOutside(const VLPathSegment& segment, const VLSegments& list);
+    // Chains the segments into paths, closed where a chain comes back to its start.
+    static std::vector<std::shared_ptr<VLPath>> pathsFromSegments(VLSegments segments);
 };

@@ -1,0 +1,116 @@
+#include "outline/VLPathOperator.h"
+
+#include "outline/VLPath.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+bool within(Point a, Point b, double tolerance)
+{
+    return std::fabs(a.x - b.x) < tolerance && std::fabs(a.y - b.y) < tolerance;
+}
+
+// A quadratic run that closes on itself is a contour of its own.
+bool closesItself(const VLPathSegment& segment)
+{
+    return segment.type() == VLPathSegment::QCurve &&
+           (within(segment.pointAtIndex(0), segment.lastPoint(), 0.01) || segment.lastPoint().x > 100000000);
+}
+
+// The first segment that some chain can arrive at; segments before it lead nowhere and go.
+std::optional<VLPathSegment> takeStart(VLSegments& segments)
+{
+    while (!segments.empty()) {
+        VLPathSegment first = segments.front();
+        segments.erase(segments.begin());
+        if (closesItself(first) || !VLPathOperator::segments_thatEndAtPoint(segments, first.pointAtIndex(0)).empty() ||
+            within(first.lastPoint(), first.pointAtIndex(0), 0.01))
+            return first;
+    }
+    return std::nullopt;
+}
+
+// The turn from the way in (previous to current point) to the way out along the candidate, in
+// 0 to 2 pi: ink keeps to the left, so a black contour takes the widest turn and a counter the
+// narrowest, which keeps touching contours apart.
+size_t bestSegment(const VLSegments& segments, const std::vector<size_t>& candidates, bool isBlackContour,
+                   Point current, Point previous)
+{
+    if (candidates.size() == 1) return candidates.front();
+    double best = isBlackContour ? 1.1754943508222875e-38 : 3.4028234663852886e+38;
+    std::optional<size_t> winner;
+    Point d{current.x - previous.x, current.y - previous.y};
+    for (size_t index : candidates) {
+        const VLPathSegment& candidate = segments[index];
+        if (candidate.lengthFast() < 0.05) return index;
+        Point second = candidate.pointAtIndex(1);
+        Point e{current.x - second.x, current.y - second.y};
+        double angle = std::atan2(d.x * e.y - d.y * e.x, d.x * e.x + d.y * e.y);
+        if (angle < 0) angle += 2 * M_PI;
+        if (isBlackContour ? angle > best : angle < best) best = angle, winner = index;
+    }
+    return winner.value_or(candidates.front());
+}
+
+void addSegment(const VLPathSegment& segment, VLPath& path)
+{
+    auto elements = segment.elements();
+    if (segment.type() == VLPathSegment::Line) {
+        path.addNodeFastWithPosition_type_connection(segment.lastPoint(), VLNodeType::LINE, 0);
+        return;
+    }
+    for (size_t i = 1; i + 1 < elements.size(); ++i)
+        path.addNodeFastWithPosition_type_connection(elements[i], VLNodeType::OFFCURVE, 0);
+    path.addNodeFastWithPosition_type_connection(
+        segment.lastPoint(), segment.type() == VLPathSegment::QCurve ? VLNodeType::QCURVE : VLNodeType::CURVE, 0);
+}
+
+// Before the last point of the segment: where the way into its end comes from.
+Point pointBeforeEnd(const VLPathSegment& segment)
+{
+    return segment.pointAtIndex(segment.countOfPoints() - 2);
+}
+
+// An open chain starts with its first point; a closed one ends there.
+std::shared_ptr<VLPath> pathOf(const std::vector<VLPathSegment>& chain, bool closed)
+{
+    auto path = VLPath::init();
+    if (!closed) path->addNodeFastWithPosition_type_connection(chain.front().pointAtIndex(0), VLNodeType::LINE, 0);
+    for (const auto& segment : chain) addSegment(segment, *path);
+    path->setClosed(closed);
+    return path;
+}
+
+std::shared_ptr<VLPath> chainFrom(const VLPathSegment& start, VLSegments& segments)
+{
+    Point origin = start.pointAtIndex(0);
+    bool isBlack = !(start.options() & VLPathSegment::OptionClockwise);
+    std::vector<VLPathSegment> chain{start};
+    while (!within(chain.back().lastPoint(), origin, 0.01)) {
+        const VLPathSegment& current = chain.back();
+        auto candidates = VLPathOperator::segments_thatStartAtPoint(segments, current.lastPoint());
+        // A chain that finds no way on stays open.
+        if (candidates.empty()) return pathOf(chain, false);
+        size_t next = bestSegment(segments, candidates, isBlack, current.lastPoint(), pointBeforeEnd(current));
+        chain.push_back(segments[next]);
+        segments.erase(segments.begin() + static_cast<long>(next));
+    }
+    return pathOf(chain, true);
+}
+
+} // namespace
+
+std::vector<std::shared_ptr<VLPath>> VLPathOperator::pathsFromSegments(VLSegments segments)
+{
+    std::stable_sort(segments.begin(), segments.end(),
+                     [](const VLPathSegment& a, const VLPathSegment& b) { return a.compare(b) < 0; });
+    std::vector<std::shared_ptr<VLPath>> paths;
+    while (auto start = takeStart(segments)) {
+        auto path = chainFrom(*start, segments);
+        path->checkConnections();
+        paths.push_back(path);
+    }
+    return paths;
+}

@@ -1,0 +1,291 @@
+#include "geometry/VLBezierPathPen.h"
+#include "outline/VLPath.h"
+#include "outline/VLPathOperator.h"
+#include "platform/AffineTransform.h"
+#include "platform/BezierPath.h"
+#include "platform/Color.h"
+#include "platform/GraphicsContext.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <numbers>
+#include <random>
+
+namespace {
+
+using Paths = std::vector<std::shared_ptr<VLPath>>;
+using Shapes = std::vector<std::shared_ptr<VLShape>>;
+
+std::shared_ptr<VLPath> polygon(std::initializer_list<Point> points)
+{
+    auto path = VLPath::init();
+    for (Point p : points) path->addNodeFastWithPosition_type_connection(p, VLNodeType::LINE, 0);
+    path->setClosed(true);
+    return path;
+}
+
+std::shared_ptr<VLPath> square(double x, double y, double size, bool clockwise = false)
+{
+    if (clockwise) return polygon({{x, y}, {x, y + size}, {x + size, y + size}, {x + size, y}});
+    return polygon({{x, y}, {x + size, y}, {x + size, y + size}, {x, y + size}});
+}
+
+// An ellipse of four quarter cubics, counterclockwise unless asked otherwise.
+std::shared_ptr<VLPath> ellipse(Point centre, double rx, double ry, bool clockwise = false)
+{
+    constexpr double k = 0.5523;
+    auto path = VLPath::init();
+    auto add = [&](double x, double y, VLNodeType type) {
+        path->addNodeFastWithPosition_type_connection({centre.x + x, centre.y + (clockwise ? -y : y)}, type, 0);
+    };
+    add(rx, k * ry, VLNodeType::OFFCURVE);
+    add(k * rx, ry, VLNodeType::OFFCURVE);
+    add(0, ry, VLNodeType::CURVE);
+    add(-k * rx, ry, VLNodeType::OFFCURVE);
+    add(-rx, k * ry, VLNodeType::OFFCURVE);
+    add(-rx, 0, VLNodeType::CURVE);
+    add(-rx, -k * ry, VLNodeType::OFFCURVE);
+    add(-k * rx, -ry, VLNodeType::OFFCURVE);
+    add(0, -ry, VLNodeType::CURVE);
+    add(k * rx, -ry, VLNodeType::OFFCURVE);
+    add(rx, -k * ry, VLNodeType::OFFCURVE);
+    add(rx, 0, VLNodeType::CURVE);
+    path->setClosed(true);
+    return path;
+}
+
+// The shapes filled by the non-zero rule, a unit of the shapes a fifth of a pixel.
+struct Picture {
+    static constexpr int side = 220;
+    GraphicsContext context{side, side};
+
+    explicit Picture(const Shapes& shapes)
+    {
+        GraphicsContext::Current current(context);
+        AffineTransform scale;
+        scale.translateXBy_yBy(10, 10);
+        scale.scaleBy(0.2);
+        scale.concat();
+        BezierPath outline;
+        VLBezierPathPen pen(outline);
+        for (const auto& shape : shapes)
+            if (auto path = std::dynamic_pointer_cast<VLPath>(shape)) path->drawSimpleInPen(pen);
+        Color::blackColor().set();
+        outline.fill();
+    }
+
+    int alpha(int x, int y) const { return context.pixelAt(x, y)[3]; }
+    bool isEdge(int x, int y) const
+    {
+        for (int dy = -1; dy <= 1; ++dy)
+            for (int dx = -1; dx <= 1; ++dx) {
+                int a = alpha(std::clamp(x + dx, 0, side - 1), std::clamp(y + dy, 0, side - 1));
+                if (a > 0 && a < 255) return true;
+            }
+        return false;
+    }
+};
+
+// Pixels that one picture inks and the other leaves clear, away from the anti-aliased edges.
+int differingPixels(const Picture& a, const Picture& b)
+{
+    int count = 0;
+    for (int y = 0; y < Picture::side; ++y)
+        for (int x = 0; x < Picture::side; ++x)
+            if (std::abs(a.alpha(x, y) - b.alpha(x, y)) > 128 && !a.isEdge(x, y) && !b.isEdge(x, y)) ++count;
+    return count;
+}
+
+Shapes asShapes(const Paths& paths)
+{
+    return Shapes(paths.begin(), paths.end());
+}
+
+// Contours that touch along a curve, running opposite ways, are cut at slightly different places
+// on each side and so don't cancel: they leave a slit of no area, two pieces a tenth of a unit
+// apart at most, running opposite ways, with ink on both sides.
+bool isHalfOfASlit(const VLPathSegment& segment, const VLSegments& all)
+{
+    Point middle = segment.pointAtTime(0.5), d = segment.normalAtTime(0.5);
+    for (const auto& other : all) {
+        if (&other == &segment) continue;
+        for (int i = 0; i <= 32; ++i) {
+            Point p = other.pointAtTime(i / 32.0), e = other.normalAtTime(i / 32.0);
+            if (std::hypot(p.x - middle.x, p.y - middle.y) < 0.1 && d.x * e.x + d.y * e.y < -0.9) return true;
+        }
+    }
+    return false;
+}
+
+Paths closedPaths(const Shapes& shapes)
+{
+    Paths closed;
+    for (const auto& shape : shapes)
+        if (auto path = std::dynamic_pointer_cast<VLPath>(shape); path && path->closed()) closed.push_back(path);
+    return closed;
+}
+
+// The union covers what the input covers; its segments no longer cross, and each has the input's
+// ink on its left only: none is left inside.
+void expectUnionOfInput(const Shapes& input, const Shapes& output)
+{
+    EXPECT_EQ(differingPixels(Picture(input), Picture(output)), 0);
+    VLSegments segments = VLPathOperator::segmentsFromPaths(closedPaths(output));
+    VLSegments inputSegments = VLPathOperator::segmentsFromPaths(closedPaths(input));
+    for (const auto& segment : segments) {
+        // A twentieth of a unit right of the middle: cut curves stray from their originals by
+        // the rounding of the cut points, and the slivers where three curves cross nearly at one
+        // place are shorter than a unit.
+        if (segment.lengthFast() < 0.5 || isHalfOfASlit(segment, segments)) continue;
+        Point on = segment.pointAtTime(0.5), d = segment.normalAtTime(0.5);
+        Point probe{on.x + 0.05 * d.y, on.y - 0.05 * d.x};
+        auto across = VLPathSegment::initWithLinePoint1_point2_options({probe.x - 0.01 * d.x, probe.y - 0.01 * d.y},
+                                                                       {probe.x + 0.01 * d.x, probe.y + 0.01 * d.y}, 0);
+        EXPECT_TRUE(VLPathOperator::segmentIsOutside(across, inputSegments))
+            << "ink right of " << segment.pointAtIndex(0).x << "," << segment.pointAtIndex(0).y;
+    }
+    size_t before = segments.size();
+    VLPathOperator::addIntersections(segments);
+    EXPECT_EQ(segments.size(), before) << "the result crosses itself";
+}
+
+Shapes removeOverlaps(const Shapes& input)
+{
+    Shapes shapes = input;
+    EXPECT_TRUE(VLPathOperator::removeOverlapPaths(shapes));
+    expectUnionOfInput(input, shapes);
+    return shapes;
+}
+
+size_t nodeCount(const std::shared_ptr<VLShape>& shape)
+{
+    auto path = std::dynamic_pointer_cast<VLPath>(shape);
+    return path ? static_cast<size_t>(path->count()) : 0;
+}
+
+// A contour around the centre with a random radius at each of its angles: never crossing itself.
+std::shared_ptr<VLPath> randomStar(std::mt19937& random, bool curved)
+{
+    std::uniform_real_distribution<double> centre(250, 750), radius(60, 250);
+    std::uniform_int_distribution<int> corners(3, 7);
+    Point c{centre(random), centre(random)};
+    int n = corners(random);
+    std::vector<Point> points;
+    std::vector<double> angles;
+    for (int i = 0; i < n; ++i) {
+        double angle = 2 * std::numbers::pi * i / n, r = radius(random);
+        points.push_back({c.x + r * std::cos(angle), c.y + r * std::sin(angle)});
+        angles.push_back(angle);
+    }
+    auto path = VLPath::init();
+    for (int i = 1; i <= n; ++i) {
+        Point from = points[size_t(i - 1)], to = points[size_t(i % n)];
+        if (!curved) {
+            path->addNodeFastWithPosition_type_connection(to, VLNodeType::LINE, 0);
+            continue;
+        }
+        // Handles across the radius keep the contour turning around its centre.
+        double a0 = angles[size_t(i - 1)], a1 = angles[size_t(i % n)], h = 40;
+        path->addNodeFastWithPosition_type_connection({from.x - h * std::sin(a0), from.y + h * std::cos(a0)},
+                                                      VLNodeType::OFFCURVE, 0);
+        path->addNodeFastWithPosition_type_connection({to.x + h * std::sin(a1), to.y - h * std::cos(a1)},
+                                                      VLNodeType::OFFCURVE, 0);
+        path->addNodeFastWithPosition_type_connection(to, VLNodeType::CURVE, 0);
+    }
+    path->setClosed(true);
+    return path;
+}
+
+} // namespace
+
+TEST(PathOperatorRemoval, SquaresMergeCancelAndKeepTheirHoles)
+{
+    {
+        SCOPED_TRACE("two overlapping squares give one outline of eight corners");
+        auto result = removeOverlaps({square(0, 0, 400), square(200, 200, 400)});
+        ASSERT_EQ(result.size(), 1u);
+        EXPECT_EQ(nodeCount(result[0]), 8u);
+    }
+    {
+        SCOPED_TRACE("a clockwise square inside stays a hole");
+        auto result = removeOverlaps({square(0, 0, 600), square(200, 200, 200, true)});
+        EXPECT_EQ(result.size(), 2u);
+    }
+    {
+        SCOPED_TRACE("two identical squares the same way leave one");
+        auto result = removeOverlaps({square(0, 0, 400), square(0, 0, 400)});
+        ASSERT_EQ(result.size(), 1u);
+        EXPECT_EQ(nodeCount(result[0]), 4u);
+    }
+    {
+        SCOPED_TRACE("squares that touch at a corner, and squares with edges on one line");
+        removeOverlaps({square(0, 0, 400), square(400, 400, 400)});
+        auto result = removeOverlaps({square(0, 0, 400), square(200, 0, 400)});
+        ASSERT_EQ(result.size(), 1u);
+    }
+    {
+        SCOPED_TRACE("two identical squares running opposite ways cancel: nothing is left, and nothing changes");
+        Shapes shapes{square(0, 0, 400), square(0, 0, 400, true)};
+        Shapes before = shapes;
+        EXPECT_FALSE(VLPathOperator::removeOverlapPaths(shapes));
+        EXPECT_EQ(shapes, before);
+    }
+}
+
+TEST(PathOperatorRemoval, WhatIsNotAClosedOutlineIsKeptApart)
+{
+    {
+        SCOPED_TRACE("an open path crossing a closed one");
+        auto open = VLPath::init();
+        open->addNodeFastWithPosition_type_connection({-100, 200}, VLNodeType::LINE, 0);
+        open->addNodeFastWithPosition_type_connection({900, 200}, VLNodeType::LINE, 0);
+        Shapes shapes{open, square(0, 0, 400), square(200, 200, 400)};
+        ASSERT_TRUE(VLPathOperator::removeOverlapPaths(shapes));
+        ASSERT_EQ(shapes.size(), 2u);
+        EXPECT_EQ(shapes.back(), open);
+        EXPECT_EQ(nodeCount(shapes.back()), 2u);
+    }
+    {
+        SCOPED_TRACE("a closed path of TrueType curves refuses");
+        auto quadratic = VLPath::init();
+        for (Point p : {Point{0, 0}, Point{400, 0}, Point{400, 400}})
+            quadratic->addNodeFastWithPosition_type_connection(p, VLNodeType::OFFCURVE, 0);
+        quadratic->addNodeFastWithPosition_type_connection({0, 400}, VLNodeType::QCURVE, 0);
+        quadratic->setClosed(true);
+        Shapes shapes{square(0, 0, 400), quadratic};
+        Shapes before = shapes;
+        EXPECT_FALSE(VLPathOperator::removeOverlapPaths(shapes));
+        EXPECT_EQ(shapes, before);
+    }
+}
+
+TEST(PathOperatorRemoval, LettersOfOverlappingStrokes)
+{
+    {
+        SCOPED_TRACE("an A of two strokes and a bar");
+        auto result = removeOverlaps({polygon({{0, 0}, {120, 0}, {560, 1000}, {440, 1000}}),
+                                      polygon({{880, 0}, {1000, 0}, {560, 1000}, {440, 1000}}),
+                                      polygon({{150, 300}, {850, 300}, {850, 400}, {150, 400}})});
+        EXPECT_EQ(result.size(), 2u) << "the outline and the counter above the bar";
+    }
+    {
+        SCOPED_TRACE("an O with its counter, crossed by a bar");
+        removeOverlaps({ellipse({500, 500}, 400, 450), ellipse({500, 500}, 250, 320, true),
+                        polygon({{0, 450}, {1000, 450}, {1000, 550}, {0, 550}})});
+    }
+    {
+        SCOPED_TRACE("two round contours overlapping at their curve joins");
+        removeOverlaps({ellipse({400, 500}, 300, 300), ellipse({700, 500}, 300, 300)});
+    }
+}
+
+TEST(PathOperatorRemoval, RandomContoursAgreeWithTheFill)
+{
+    std::mt19937 random(2024);
+    for (int round = 0; round < 120; ++round) {
+        SCOPED_TRACE(testing::Message() << "round " << round);
+        bool curved = round % 2 == 1;
+        removeOverlaps({randomStar(random, curved), randomStar(random, curved), randomStar(random, curved)});
+    }
+}
