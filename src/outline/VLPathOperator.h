@@ -45,6 +45,17 @@ public:
     static void removeInnerSegments(VLSegments& segments);
     // Whether no ink lies just right of the segment, by the windings of the list there.
     static bool segmentIsOutside(const VLPathSegment& segment, const VLSegments& list);
+    static void removeInnerSegments_originalSegments(VLSegments& segments, const VLSegments& other);
+    static void removeOuterSegments_originalSegments(VLSegments& segments, const VLSegments& other);
+    static void removeOverlappingSegments_otherSegments(VLSegments& segments, const VLSegments& other);
+    // The target's outline without what the other paths cover; with keepOverlaps the target's
+    // own overlaps stay as they are. The target's paths are replaced.
+    static void subtractPaths_from_keepOverlaps(const std::vector<std::shared_ptr<VLPath>>& paths,
+                                                std::vector<std::shared_ptr<VLPath>>& target, bool keepOverlaps);
+    // What both sets of paths cover, in place of the second set; false when either has nothing
+    // to cut, or nothing is common to both.
+    static bool intersectPaths_with(const std::vector<std::shared_ptr<VLPath>>& paths,
+                                    std::vector<std::shared_ptr<VLPath>>& target);
     // Chains the segments into paths, closed where a chain comes back to its start.
     static std::vector<std::shared_ptr<VLPath>> pathsFromSegments(VLSegments segments);
 };

@@ -188,7 +188,10 @@ void intersectLineAndCurve(VLSegments& lines, size_t line, std::vector<size_t>& 
     Point a = lines[line].pointAtIndex(0), b = lines[line].lastPoint();
     VLCubic c = cubicOf(curves[curve]);
     // Signed distances of the control points from the line, as a cubic in power form.
-    double dx = b.x - a.x, dy = b.y - a.y;
+    double length = std::hypot(b.x - a.x, b.y - a.y);
+    if (!(length > 0)) return;
+    // In units of the outline, whatever the line's length: the root solver's thresholds are.
+    double dx = (b.x - a.x) / length, dy = (b.y - a.y) / length;
     double d[4];
     for (int i = 0; i < 4; ++i) d[i] = dx * (c[i].y - a.y) - dy * (c[i].x - a.x);
     double roots[3];

@@ -113,3 +113,31 @@ void VLPathOperator::removeInnerSegments(VLSegments& segments)
     for (size_t i = 0; i < segments.size(); ++i) inner[i] = !segmentIsOutside(segments[i], segments);
     removeMarked(segments, inner);
 }
+
+void VLPathOperator::removeInnerSegments_originalSegments(VLSegments& segments, const VLSegments& other)
+{
+    std::vector<bool> inner(segments.size());
+    for (size_t i = 0; i < segments.size(); ++i) inner[i] = !segmentIsOutside(segments[i], other);
+    removeMarked(segments, inner);
+}
+
+void VLPathOperator::removeOuterSegments_originalSegments(VLSegments& segments, const VLSegments& other)
+{
+    std::vector<bool> outer(segments.size());
+    for (size_t i = 0; i < segments.size(); ++i) outer[i] = segmentIsOutside(segments[i], other);
+    removeMarked(segments, outer);
+}
+
+void VLPathOperator::removeOverlappingSegments_otherSegments(VLSegments& segments, const VLSegments& other)
+{
+    std::vector<bool> doubled(segments.size(), false);
+    std::vector<size_t> order = byFirstX(other);
+    for (size_t i = 0; i < segments.size(); ++i) {
+        double x = segments[i].pointAtIndex(0).x;
+        auto first = std::lower_bound(order.begin(), order.end(), x - 0.001,
+                                      [&](size_t k, double value) { return other[k].pointAtIndex(0).x < value; });
+        for (auto it = first; it != order.end() && other[*it].pointAtIndex(0).x <= x + 0.001 && !doubled[i]; ++it)
+            doubled[i] = segments[i].isEqualToSegment_tolerance(other[*it], 0.001);
+    }
+    removeMarked(segments, doubled);
+}

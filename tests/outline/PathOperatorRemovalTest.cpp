@@ -55,36 +55,41 @@ std::shared_ptr<VLPath> ellipse(Point centre, double rx, double ry, bool clockwi
     return path;
 }
 
-// The shapes filled by the non-zero rule, a unit of the shapes a fifth of a pixel.
+// The shapes filled by the non-zero rule, a unit of the shapes a fifth of a pixel; each pixel's
+// coverage, and whether an anti-aliased pixel lies around it.
 struct Picture {
     static constexpr int side = 220;
-    GraphicsContext context{side, side};
+    std::vector<int> alphas = std::vector<int>(side * side);
+    std::vector<bool> edges = std::vector<bool>(side * side);
 
     explicit Picture(const Shapes& shapes)
     {
-        GraphicsContext::Current current(context);
-        AffineTransform scale;
-        scale.translateXBy_yBy(10, 10);
-        scale.scaleBy(0.2);
-        scale.concat();
-        BezierPath outline;
-        VLBezierPathPen pen(outline);
-        for (const auto& shape : shapes)
-            if (auto path = std::dynamic_pointer_cast<VLPath>(shape)) path->drawSimpleInPen(pen);
-        Color::blackColor().set();
-        outline.fill();
+        GraphicsContext context{side, side};
+        {
+            GraphicsContext::Current current(context);
+            AffineTransform scale;
+            scale.translateXBy_yBy(10, 10);
+            scale.scaleBy(0.2);
+            scale.concat();
+            BezierPath outline;
+            VLBezierPathPen pen(outline);
+            for (const auto& shape : shapes)
+                if (auto path = std::dynamic_pointer_cast<VLPath>(shape)) path->drawSimpleInPen(pen);
+            Color::blackColor().set();
+            outline.fill();
+        }
+        for (int y = 0; y < side; ++y)
+            for (int x = 0; x < side; ++x) alphas[size_t(y * side + x)] = context.pixelAt(x, y)[3];
+        for (int y = 0; y < side; ++y)
+            for (int x = 0; x < side; ++x)
+                if (int a = alpha(x, y); a > 0 && a < 255)
+                    for (int dy = -1; dy <= 1; ++dy)
+                        for (int dx = -1; dx <= 1; ++dx)
+                            edges[size_t(std::clamp(y + dy, 0, side - 1) * side + std::clamp(x + dx, 0, side - 1))] = true;
     }
 
-    int alpha(int x, int y) const { return context.pixelAt(x, y)[3]; }
-    bool isEdge(int x, int y) const
-    {
-        for (int dy = -1; dy <= 1; ++dy)
-            for (int dx = -1; dx <= 1; ++dx) {
-                int a = alpha(std::clamp(x + dx, 0, side - 1), std::clamp(y + dy, 0, side - 1));
-                if (a > 0 && a < 255) return true;
-            }
-        return false;
-    }
+    int alpha(int x, int y) const { return alphas[size_t(y * side + x)]; }
+    bool isEdge(int x, int y) const { return edges[size_t(y * side + x)]; }
 };
 
 // Pixels that one picture inks and the other leaves clear, away from the anti-aliased edges.
@@ -100,6 +105,35 @@ int differingPixels(const Picture& a, const Picture& b)
 Shapes asShapes(const Paths& paths)
 {
     return Shapes(paths.begin(), paths.end());
+}
+
+// Pixels where the result is not what the two inputs' pictures combine to, away from edges.
+template <typename Combine>
+int wrongPixels(const Paths& a, const Paths& b, const Paths& result, Combine combine)
+{
+    Picture first(asShapes(a)), second(asShapes(b)), got(asShapes(result));
+    int count = 0;
+    for (int y = 0; y < Picture::side; ++y)
+        for (int x = 0; x < Picture::side; ++x) {
+            if (first.isEdge(x, y) || second.isEdge(x, y) || got.isEdge(x, y)) continue;
+            bool expected = combine(first.alpha(x, y) > 128, second.alpha(x, y) > 128);
+            count += expected != (got.alpha(x, y) > 128);
+        }
+    return count;
+}
+
+void expectSubtraction(const Paths& cut, const Paths& target)
+{
+    Paths result = target;
+    VLPathOperator::subtractPaths_from_keepOverlaps(cut, result, false);
+    EXPECT_EQ(wrongPixels(cut, target, result, [](bool c, bool t) { return t && !c; }), 0);
+}
+
+void expectIntersection(const Paths& first, const Paths& second)
+{
+    Paths result = second;
+    bool common = VLPathOperator::intersectPaths_with(first, result);
+    EXPECT_EQ(wrongPixels(first, second, common ? result : Paths{}, [](bool a, bool b) { return a && b; }), 0);
 }
 
 // Contours that touch along a curve, running opposite ways, are cut at slightly different places
@@ -287,5 +321,47 @@ TEST(PathOperatorRemoval, RandomContoursAgreeWithTheFill)
         SCOPED_TRACE(testing::Message() << "round " << round);
         bool curved = round % 2 == 1;
         removeOverlaps({randomStar(random, curved), randomStar(random, curved), randomStar(random, curved)});
+    }
+}
+
+TEST(PathOperatorRemoval, SubtractionAndIntersectionAgreeWithTheFill)
+{
+    {
+        SCOPED_TRACE("overlapping squares");
+        expectSubtraction({square(200, 200, 400)}, {square(0, 0, 400)});
+        expectIntersection({square(200, 200, 400)}, {square(0, 0, 400)});
+        Paths bite{square(0, 0, 400)};
+        VLPathOperator::subtractPaths_from_keepOverlaps({square(200, 200, 400)}, bite, false);
+        ASSERT_EQ(bite.size(), 1u);
+        EXPECT_EQ(bite[0]->count(), 6);
+    }
+    {
+        SCOPED_TRACE("a hole cut into a square, and a square inside another");
+        Paths holed{square(0, 0, 600)};
+        VLPathOperator::subtractPaths_from_keepOverlaps({square(200, 200, 200)}, holed, false);
+        EXPECT_EQ(holed.size(), 2u);
+        expectSubtraction({square(200, 200, 200)}, {square(0, 0, 600)});
+        expectIntersection({square(200, 200, 200)}, {square(0, 0, 600)});
+    }
+    {
+        SCOPED_TRACE("shapes apart have nothing in common");
+        Paths apart{square(600, 600, 200)};
+        EXPECT_FALSE(VLPathOperator::intersectPaths_with({square(0, 0, 200)}, apart));
+    }
+    {
+        SCOPED_TRACE("an O cut by a bar");
+        Paths o{ellipse({500, 500}, 400, 450), ellipse({500, 500}, 250, 320, true)};
+        Paths bar{polygon({{0, 450}, {1000, 450}, {1000, 550}, {0, 550}})};
+        expectSubtraction(bar, o);
+        expectIntersection(bar, o);
+        expectSubtraction(o, bar);
+    }
+    std::mt19937 random(99);
+    for (int round = 0; round < 40; ++round) {
+        SCOPED_TRACE(testing::Message() << "round " << round);
+        bool curved = round % 2 == 1;
+        Paths a{randomStar(random, curved)}, b{randomStar(random, curved)};
+        expectSubtraction(a, b);
+        expectIntersection(a, b);
     }
 }
