@@ -11,6 +11,23 @@ class VLShape;
 
 using VLSegments = std::vector<VLPathSegment>;
 
+// The segments of a list by horizontal bands, so that the winding test of one segment looks only
+// at those that reach its level: the test runs for every segment of the list.
+class VLWindingIndex {
+public:
+    explicit VLWindingIndex(const VLSegments& segments);
+    // VLPathOperator::segmentIsOutside against the indexed list.
+    bool segmentIsOutside(const VLPathSegment& segment) const;
+
+private:
+    size_t bandOf(double y) const;
+
+    const VLSegments& _segments;
+    double _low = 0;
+    double _bandHeight = 0;
+    std::vector<std::vector<size_t>> _bands;
+};
+
 // Outlines taken apart into segments and cut against each other, so that overlapping contours
 // can be merged, subtracted and intersected segment by segment.
 class VLPathOperator {

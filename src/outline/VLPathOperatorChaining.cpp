@@ -4,6 +4,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numeric>
+#include <optional>
 
 namespace {
 
@@ -19,15 +21,64 @@ bool closesItself(const VLPathSegment& segment)
            (within(segment.pointAtIndex(0), segment.lastPoint(), 0.01) || segment.lastPoint().x > 100000000);
 }
 
-// The first segment that some chain can arrive at; segments before it lead nowhere and go.
-std::optional<VLPathSegment> takeStart(VLSegments& segments)
+// The segments not yet chained, found by where they start or end without a search through all:
+// chaining thousands of segments must not cost the square of their count.
+class Remaining {
+public:
+    explicit Remaining(const VLSegments& segments)
+        : _segments(segments), _used(segments.size(), false), _byStart(order(true)), _byEnd(order(false))
+    {
+    }
+
+    bool isUsed(size_t index) const { return _used[index]; }
+    void use(size_t index) { _used[index] = true; }
+    std::vector<size_t> startingAt(Point p) const { return find(_byStart, p, true); }
+    bool somethingEndsAt(Point p) const { return !find(_byEnd, p, false).empty(); }
+
+private:
+    static Point endOf(const VLPathSegment& segment, bool start)
+    {
+        return start ? segment.pointAtIndex(0) : segment.lastPoint();
+    }
+
+    std::vector<size_t> order(bool start) const
+    {
+        std::vector<size_t> indexes(_segments.size());
+        std::iota(indexes.begin(), indexes.end(), size_t{0});
+        std::sort(indexes.begin(), indexes.end(),
+                  [&](size_t a, size_t b) { return endOf(_segments[a], start).x < endOf(_segments[b], start).x; });
+        return indexes;
+    }
+
+    std::vector<size_t> find(const std::vector<size_t>& sorted, Point p, bool start) const
+    {
+        std::vector<size_t> found;
+        auto it = std::lower_bound(sorted.begin(), sorted.end(), p.x - 0.001, [&](size_t k, double x) {
+            return endOf(_segments[k], start).x < x;
+        });
+        for (; it != sorted.end() && endOf(_segments[*it], start).x < p.x + 0.001; ++it)
+            if (!_used[*it] && within(endOf(_segments[*it], start), p, 0.001)) found.push_back(*it);
+        std::sort(found.begin(), found.end());
+        return found;
+    }
+
+    const VLSegments& _segments;
+    std::vector<bool> _used;
+    std::vector<size_t> _byStart;
+    std::vector<size_t> _byEnd;
+};
+
+// The next segment, in order, that some chain can arrive at; segments before it lead nowhere
+// and go.
+std::optional<size_t> takeStart(const VLSegments& segments, Remaining& remaining, size_t& next)
 {
-    while (!segments.empty()) {
-        VLPathSegment first = segments.front();
-        segments.erase(segments.begin());
-        if (closesItself(first) || !VLPathOperator::segments_thatEndAtPoint(segments, first.pointAtIndex(0)).empty() ||
+    for (; next < segments.size(); ++next) {
+        if (remaining.isUsed(next)) continue;
+        const VLPathSegment& first = segments[next];
+        remaining.use(next);
+        if (closesItself(first) || remaining.somethingEndsAt(first.pointAtIndex(0)) ||
             within(first.lastPoint(), first.pointAtIndex(0), 0.01))
-            return first;
+            return next++;
     }
     return std::nullopt;
 }
@@ -83,19 +134,19 @@ std::shared_ptr<VLPath> pathOf(const std::vector<VLPathSegment>& chain, bool clo
     return path;
 }
 
-std::shared_ptr<VLPath> chainFrom(const VLPathSegment& start, VLSegments& segments)
+std::shared_ptr<VLPath> chainFrom(size_t start, const VLSegments& segments, Remaining& remaining)
 {
-    Point origin = start.pointAtIndex(0);
-    bool isBlack = !(start.options() & VLPathSegment::OptionClockwise);
-    std::vector<VLPathSegment> chain{start};
+    Point origin = segments[start].pointAtIndex(0);
+    bool isBlack = !(segments[start].options() & VLPathSegment::OptionClockwise);
+    std::vector<VLPathSegment> chain{segments[start]};
     while (!within(chain.back().lastPoint(), origin, 0.01)) {
         const VLPathSegment& current = chain.back();
-        auto candidates = VLPathOperator::segments_thatStartAtPoint(segments, current.lastPoint());
+        auto candidates = remaining.startingAt(current.lastPoint());
         // A chain that finds no way on stays open.
         if (candidates.empty()) return pathOf(chain, false);
         size_t next = bestSegment(segments, candidates, isBlack, current.lastPoint(), pointBeforeEnd(current));
+        remaining.use(next);
         chain.push_back(segments[next]);
-        segments.erase(segments.begin() + static_cast<long>(next));
     }
     return pathOf(chain, true);
 }
@@ -107,8 +158,10 @@ std::vector<std::shared_ptr<VLPath>> VLPathOperator::pathsFromSegments(VLSegment
     std::stable_sort(segments.begin(), segments.end(),
                      [](const VLPathSegment& a, const VLPathSegment& b) { return a.compare(b) < 0; });
     std::vector<std::shared_ptr<VLPath>> paths;
-    while (auto start = takeStart(segments)) {
-        auto path = chainFrom(*start, segments);
+    Remaining remaining(segments);
+    size_t next = 0;
+    while (auto start = takeStart(segments, remaining, next)) {
+        auto path = chainFrom(*start, segments, remaining);
         path->checkConnections();
         paths.push_back(path);
     }

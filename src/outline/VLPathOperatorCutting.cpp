@@ -70,73 +70,7 @@ double nearestTimeOnCubic(const VLCubic& cubic, Point p, double& squareDistance)
     return best;
 }
 
-// The pieces that one segment has been cut into by one crossing routine: the segment itself
-// first, then the parts it gave to the list.
-class Pieces {
-public:
-    // New parts are also added to parts, the segment's parts so far.
-    Pieces(VLSegments& list, size_t first, std::vector<size_t>& parts) : _list(list), _indexes{first}, _parts(parts) {}
-
-    // Cuts the piece that holds p there, unless p is one of its ends; a cubic's new ends become p
-    // exactly, so that what cut it meets it.
-    void cutAt(Point p)
-    {
-        size_t piece = holder(p);
-        VLPathSegment& segment = _list[piece];
-        if (isNearAnEnd(segment, p, endTolerance)) return;
-        if (segment.type() == VLPathSegment::Line) return cutLine(piece, p);
-        double distance;
-        double t = nearestTimeOnCubic(cubicOf(segment), p, distance);
-        VLPathSegment first = segment, second = segment;
-        if (!segment.splitAtTime_firstHalf_secondHalf(t, first, second)) return;
-        added(_list.size());
-        VLPathOperator::divideAndAddTo_segment_Q2_Q3_Q4_R2_R3(_list, piece, first.pointAtIndex(1),
-                                                               first.pointAtIndex(2), p, second.pointAtIndex(1),
-                                                               second.pointAtIndex(2));
-    }
-
-private:
-    size_t holder(Point p) const
-    {
-        size_t best = _indexes.front();
-        double bestDistance = INFINITY;
-        for (size_t index : _indexes) {
-            const VLPathSegment& segment = _list[index];
-            double distance;
-            if (segment.type() == VLPathSegment::Line) {
-                Point foot = VLNearestPoint(p, segment.pointAtIndex(0), segment.lastPoint(), nullptr);
-                distance = VLSquareDistance(foot, p);
-            } else {
-                nearestTimeOnCubic(cubicOf(segment), p, distance);
-            }
-            if (distance < bestDistance) best = index, bestDistance = distance;
-        }
-        return best;
-    }
-
-    void cutLine(size_t piece, Point p)
-    {
-        VLPathSegment rest = _list[piece];
-        _list[piece].setPoint_atIndex(p, 1);
-        _list[piece].updateBounds();
-        rest.setPoint_atIndex(p, 0);
-        rest.updateBounds();
-        added(_list.size());
-        _list.push_back(std::move(rest));
-    }
-
-    void added(size_t index)
-    {
-        _indexes.push_back(index);
-        _parts.push_back(index);
-    }
-
-    VLSegments& _list;
-    std::vector<size_t> _indexes;
-    std::vector<size_t>& _parts;
-};
-
-// Where the two lines cross inside both, x = VLUnsetValue for nowhere; parallel lines don't cross.
+// Where two lines cross inside both, x = VLUnsetValue for nowhere; parallel lines don't cross.
 Point lineCrossing(Point a1, Point a2, Point b1, Point b2)
 {
     double dax = a2.x - a1.x, day = a2.y - a1.y, dbx = b2.x - b1.x, dby = b2.y - b1.y;
@@ -162,32 +96,29 @@ bool liesInside(Point p, Point a, Point b)
     return t >= 0.0001 && t <= 0.9999 && within(foot, p, 0.001);
 }
 
-void intersectLines(VLSegments& list1, size_t l1, std::vector<size_t>& parts1, VLSegments& list2, size_t l2,
-                    std::vector<size_t>& parts2)
+using Cuts = std::vector<Point>;
+
+void lineHits(const VLPathSegment& l1, const VLPathSegment& l2, Cuts& cuts1, Cuts& cuts2)
 {
-    Point a1 = list1[l1].pointAtIndex(0), a2 = list1[l1].lastPoint();
-    Point b1 = list2[l2].pointAtIndex(0), b2 = list2[l2].lastPoint();
-    Pieces first(list1, l1, parts1), second(list2, l2, parts2);
+    Point a1 = l1.pointAtIndex(0), a2 = l1.lastPoint(), b1 = l2.pointAtIndex(0), b2 = l2.lastPoint();
     Point crossing = lineCrossing(a1, a2, b1, b2);
     if (crossing.x != VLUnsetValue) {
-        first.cutAt(crossing);
-        second.cutAt(crossing);
+        cuts1.push_back(crossing);
+        cuts2.push_back(crossing);
         return;
     }
     // Lines on one line cut each other where one's end lies inside the other.
     if (doubledArea(a1, a2, b1) >= 5 || doubledArea(a1, a2, b2) >= 5) return;
     for (Point p : {b1, b2})
-        if (liesInside(p, a1, a2)) first.cutAt(p);
+        if (liesInside(p, a1, a2)) cuts1.push_back(p);
     for (Point p : {a1, a2})
-        if (liesInside(p, b1, b2)) second.cutAt(p);
+        if (liesInside(p, b1, b2)) cuts2.push_back(p);
 }
 
-void intersectLineAndCurve(VLSegments& lines, size_t line, std::vector<size_t>& lineParts, VLSegments& curves,
-                           size_t curve, std::vector<size_t>& curveParts)
+void lineCurveHits(const VLPathSegment& line, const VLPathSegment& curve, Cuts& lineCuts, Cuts& curveCuts)
 {
-    Point a = lines[line].pointAtIndex(0), b = lines[line].lastPoint();
-    VLCubic c = cubicOf(curves[curve]);
-    // Signed distances of the control points from the line, as a cubic in power form.
+    Point a = line.pointAtIndex(0), b = line.lastPoint();
+    VLCubic c = cubicOf(curve);
     double length = std::hypot(b.x - a.x, b.y - a.y);
     if (!(length > 0)) return;
     // In units of the outline, whatever the line's length: the root solver's thresholds are.
@@ -197,14 +128,13 @@ void intersectLineAndCurve(VLSegments& lines, size_t line, std::vector<size_t>& 
     double roots[3];
     int count = VLRootsOfCubic(-d[0] + 3 * d[1] - 3 * d[2] + d[3], 3 * d[0] - 6 * d[1] + 3 * d[2],
                                -3 * d[0] + 3 * d[1], d[0], roots);
-    Pieces linePieces(lines, line, lineParts), curvePieces(curves, curve, curveParts);
     for (int i = 0; i < count; ++i) {
         Point p = VLCubicPoint(c[0], c[1], c[2], c[3], std::clamp(roots[i], 0.0, 1.0));
         double t = 0;
         VLNearestPointUnlimited(p, a, b, &t);
         if (t < -0.0001 || t > 1.0001) continue;
-        linePieces.cutAt(p);
-        curvePieces.cutAt(p);
+        lineCuts.push_back(p);
+        curveCuts.push_back(p);
     }
 }
 
@@ -213,62 +143,88 @@ Point roundedToThousandths(Point p)
     return {std::round((p.x + 1e-07) / 0.001) * 0.001, std::round((p.y + 1e-07) / 0.001) * 0.001};
 }
 
-void intersectCurves(VLSegments& list1, size_t c1, std::vector<size_t>& parts1, VLSegments& list2, size_t c2,
-                     std::vector<size_t>& parts2)
+void curveHits(const VLPathSegment& c1, const VLPathSegment& c2, Cuts& cuts1, Cuts& cuts2)
 {
-    VLCubic a = cubicOf(list1[c1]), b = cubicOf(list2[c2]);
-    const Rect& box = list1[c1].bounds();
+    const Rect& box = c1.bounds();
     double tolerance = box.size.width + box.size.height < 3 ? 0.5 : 1.0;
-    std::vector<Point> hits;
-    for (Point hit : VLCubicIntersections(a, b)) {
+    for (Point hit : VLCubicIntersections(cubicOf(c1), cubicOf(c2))) {
         // Two curves that only meet where they join are not cut.
-        if (isNearAnEnd(list1[c1], hit, tolerance) && isNearAnEnd(list2[c2], hit, tolerance)) continue;
+        if (isNearAnEnd(c1, hit, tolerance) && isNearAnEnd(c2, hit, tolerance)) continue;
+        // Both curves take the same point, so that their pieces meet exactly.
         hit = roundedToThousandths(hit);
-        if (std::none_of(hits.begin(), hits.end(), [&](Point h) { return within(h, hit, endTolerance); }))
-            hits.push_back(hit);
-    }
-    Pieces first(list1, c1, parts1), second(list2, c2, parts2);
-    for (Point hit : hits) {
-        first.cutAt(hit);
-        second.cutAt(hit);
+        cuts1.push_back(hit);
+        cuts2.push_back(hit);
     }
 }
 
-void intersectPair(VLSegments& list1, size_t s, std::vector<size_t>& parts1, VLSegments& list2, size_t t,
-                   std::vector<size_t>& parts2)
+void collectHits(const VLPathSegment& a, const VLPathSegment& b, Cuts& cutsA, Cuts& cutsB)
 {
-    const VLPathSegment &a = list1[s], &b = list2[t];
     if (isPoint(a) || isPoint(b) || !isCuttable(a) || !isCuttable(b) || !boxesMeet(a.bounds(), b.bounds())) return;
     bool aLine = a.type() == VLPathSegment::Line, bLine = b.type() == VLPathSegment::Line;
-    if (aLine && bLine) return intersectLines(list1, s, parts1, list2, t, parts2);
-    if (aLine) return intersectLineAndCurve(list1, s, parts1, list2, t, parts2);
-    if (bLine) return intersectLineAndCurve(list2, t, parts2, list1, s, parts1);
-    intersectCurves(list1, s, parts1, list2, t, parts2);
+    if (aLine && bLine) return lineHits(a, b, cutsA, cutsB);
+    if (aLine) return lineCurveHits(a, b, cutsA, cutsB);
+    if (bLine) return lineCurveHits(b, a, cutsB, cutsA);
+    curveHits(a, b, cutsA, cutsB);
 }
 
-// A segment of the list as it was before cutting, and the indexes of the parts it is cut into.
-// Parts stay inside their segment's box, so two segments whose boxes are apart need no look.
+double timeOn(const VLPathSegment& segment, Point p)
+{
+    if (segment.type() == VLPathSegment::Line) {
+        double t = 0;
+        VLNearestPointUnlimited(p, segment.pointAtIndex(0), segment.lastPoint(), &t);
+        return t;
+    }
+    double distance;
+    return nearestTimeOnCubic(cubicOf(segment), p, distance);
+}
+
+// Cuts the segment at the points in their order along it: each cut falls into the last piece.
+// The first piece stays in the segment's place, the others join the end of the list. A point
+// at an end of the piece it falls in cuts nothing.
+void cutAtPoints(VLSegments& list, size_t index, Cuts& cuts)
+{
+    if (cuts.empty()) return;
+    const VLPathSegment original = list[index];
+    std::sort(cuts.begin(), cuts.end(), [&](Point a, Point b) { return timeOn(original, a) < timeOn(original, b); });
+    size_t last = index;
+    for (Point p : cuts) {
+        if (isNearAnEnd(list[last], p, endTolerance)) continue;
+        if (list[last].type() == VLPathSegment::Line) {
+            VLPathSegment rest = list[last];
+            list[last].setPoint_atIndex(p, 1);
+            list[last].updateBounds();
+            rest.setPoint_atIndex(p, 0);
+            rest.updateBounds();
+            list.push_back(std::move(rest));
+        } else {
+            double distance;
+            double t = nearestTimeOnCubic(cubicOf(list[last]), p, distance);
+            VLPathSegment first = list[last], second = list[last];
+            if (!list[last].splitAtTime_firstHalf_secondHalf(t, first, second)) continue;
+            VLPathOperator::divideAndAddTo_segment_Q2_Q3_Q4_R2_R3(list, last, first.pointAtIndex(1), first.pointAtIndex(2),
+                                                                   p, second.pointAtIndex(1), second.pointAtIndex(2));
+        }
+        last = list.size() - 1;
+    }
+}
+
+// A segment of a list with the points at which others cross it.
 struct Family {
-    Rect box;
-    std::vector<size_t> parts;
     VLSegments* list;
+    size_t index;
+    Rect box;
+    Cuts cuts;
 };
 
 void addFamilies(VLSegments& segments, std::vector<Family>& families)
 {
-    for (size_t i = 0; i < segments.size(); ++i) families.push_back({segments[i].bounds(), {i}, &segments});
+    for (size_t i = 0; i < segments.size(); ++i) families.push_back({&segments, i, segments[i].bounds(), {}});
 }
 
-// Every part of one against every part of the other, parts made on the way included: a part cut
-// off one segment may cross another part of the other that was tested before it was made.
-void cutFamilies(Family& f, Family& g)
-{
-    for (size_t i = 0; i < f.parts.size(); ++i)
-        for (size_t j = 0; j < g.parts.size(); ++j) intersectPair(*f.list, f.parts[i], f.parts, *g.list, g.parts[j], g.parts);
-}
-
-// Families by the left edge of their boxes; a pair is cut only while the boxes can still meet.
-void sweep(std::vector<Family>& families, bool acrossListsOnly)
+// The crossings of every pair whose boxes meet, found on the segments as they are, by the left
+// edges of the boxes so that a segment is compared only with those that can still reach it;
+// then every segment is cut at its crossings.
+void cutAll(std::vector<Family>& families, bool acrossListsOnly)
 {
     std::vector<size_t> order(families.size());
     std::iota(order.begin(), order.end(), size_t{0});
@@ -281,9 +237,10 @@ void sweep(std::vector<Family>& families, bool acrossListsOnly)
             Family& g = families[order[b]];
             if (g.box.origin.x > right) break;
             if (acrossListsOnly && f.list == g.list) continue;
-            if (boxesMeet(f.box, g.box)) cutFamilies(f, g);
+            collectHits((*f.list)[f.index], (*g.list)[g.index], f.cuts, g.cuts);
         }
     }
+    for (auto& family : families) cutAtPoints(*family.list, family.index, family.cuts);
 }
 
 } // namespace
@@ -301,7 +258,7 @@ void VLPathOperator::addIntersections(VLSegments& segments)
     std::vector<Family> all;
     all.reserve(segments.size());
     addFamilies(segments, all);
-    sweep(all, false);
+    cutAll(all, false);
 }
 
 void VLPathOperator::addIntersections_otherSegments(VLSegments& a, VLSegments& b)
@@ -311,7 +268,7 @@ void VLPathOperator::addIntersections_otherSegments(VLSegments& a, VLSegments& b
     all.reserve(a.size() + b.size());
     addFamilies(a, all);
     addFamilies(b, all);
-    sweep(all, true);
+    cutAll(all, true);
 }
 
 void VLPathOperator::divideAndAddTo_segment_Q2_Q3_Q4_R2_R3(VLSegments& list, size_t segment, Point q2, Point q3,

@@ -109,22 +109,22 @@ void VLPathOperator::removeOverlappingSegments(VLSegments& segments)
 
 void VLPathOperator::removeInnerSegments(VLSegments& segments)
 {
-    std::vector<bool> inner(segments.size());
-    for (size_t i = 0; i < segments.size(); ++i) inner[i] = !segmentIsOutside(segments[i], segments);
-    removeMarked(segments, inner);
+    removeInnerSegments_originalSegments(segments, segments);
 }
 
 void VLPathOperator::removeInnerSegments_originalSegments(VLSegments& segments, const VLSegments& other)
 {
+    VLWindingIndex index(other);
     std::vector<bool> inner(segments.size());
-    for (size_t i = 0; i < segments.size(); ++i) inner[i] = !segmentIsOutside(segments[i], other);
+    for (size_t i = 0; i < segments.size(); ++i) inner[i] = !index.segmentIsOutside(segments[i]);
     removeMarked(segments, inner);
 }
 
 void VLPathOperator::removeOuterSegments_originalSegments(VLSegments& segments, const VLSegments& other)
 {
+    VLWindingIndex index(other);
     std::vector<bool> outer(segments.size());
-    for (size_t i = 0; i < segments.size(); ++i) outer[i] = segmentIsOutside(segments[i], other);
+    for (size_t i = 0; i < segments.size(); ++i) outer[i] = index.segmentIsOutside(segments[i]);
     removeMarked(segments, outer);
 }
 

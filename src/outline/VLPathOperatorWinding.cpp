@@ -3,6 +3,7 @@
 #include "geometry/VLCubic.h"
 #include "platform/VLUnsetValue.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace {
@@ -95,6 +96,19 @@ Point testPoint(const VLPathSegment& segment)
     return {on.x + 1e-05 * direction.y, on.y - 1e-05 * direction.x};
 }
 
+bool countsFor(const VLPathSegment& other, Point p)
+{
+    const Rect& box = other.bounds();
+    return box.origin.x <= p.x + 0.0001 && box.size.height >= 2.1e-05 && p.y >= box.origin.y &&
+           p.y <= box.origin.y + box.size.height;
+}
+
+// Counterclockwise ink counts -1 to the left; clockwise contours alone are counters.
+bool isOutside(int winding)
+{
+    return winding >= 0;
+}
+
 } // namespace
 
 bool VLPathOperator::segmentIsOutside(const VLPathSegment& segment, const VLSegments& list)
@@ -102,12 +116,47 @@ bool VLPathOperator::segmentIsOutside(const VLPathSegment& segment, const VLSegm
     Point p = testPoint(segment);
     if (!std::isfinite(p.x) || !std::isfinite(p.y)) return true;
     int winding = 0;
-    for (const auto& other : list) {
-        const Rect& box = other.bounds();
-        if (box.origin.x > p.x + 0.0001 || box.size.height < 2.1e-05) continue;
-        if (p.y < box.origin.y || p.y > box.origin.y + box.size.height) continue;
-        countSegment(other, p, winding);
+    for (const auto& other : list)
+        if (countsFor(other, p)) countSegment(other, p, winding);
+    return isOutside(winding);
+}
+
+VLWindingIndex::VLWindingIndex(const VLSegments& segments) : _segments(segments)
+{
+    double low = INFINITY, high = -INFINITY;
+    for (const auto& segment : segments) {
+        low = std::min(low, segment.bounds().origin.y);
+        high = std::max(high, segment.bounds().origin.y + segment.bounds().size.height);
     }
-    // Counterclockwise ink counts -1 to the left; clockwise contours alone are counters.
-    return winding >= 0;
+    if (!(high > low) || !std::isfinite(high - low)) return;
+    // About as many bands as segments per band, so that a test sees the few that cross its level.
+    size_t count = std::clamp<size_t>(static_cast<size_t>(std::sqrt(double(segments.size()))) * 4, 1, 4096);
+    _low = low;
+    _bandHeight = (high - low) / double(count);
+    _bands.resize(count);
+    for (size_t i = 0; i < segments.size(); ++i) {
+        const Rect& box = segments[i].bounds();
+        // A box that isn't finite counts for no level.
+        if (!std::isfinite(box.origin.y) || !std::isfinite(box.size.height)) continue;
+        for (size_t band = bandOf(box.origin.y); band <= bandOf(box.origin.y + box.size.height); ++band)
+            _bands[band].push_back(i);
+    }
+}
+
+size_t VLWindingIndex::bandOf(double y) const
+{
+    double band = std::floor((y - _low) / _bandHeight);
+    if (!(band >= 0)) return 0;
+    return static_cast<size_t>(std::min(band, double(_bands.size() - 1)));
+}
+
+bool VLWindingIndex::segmentIsOutside(const VLPathSegment& segment) const
+{
+    if (_bands.empty()) return VLPathOperator::segmentIsOutside(segment, _segments);
+    Point p = testPoint(segment);
+    if (!std::isfinite(p.x) || !std::isfinite(p.y)) return true;
+    int winding = 0;
+    for (size_t index : _bands[bandOf(p.y)])
+        if (countsFor(_segments[index], p)) countSegment(_segments[index], p, winding);
+    return isOutside(winding);
 }
