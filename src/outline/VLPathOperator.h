@@ -7,6 +7,7 @@
 #include <vector>
 
 class VLPath;
+class VLPenProtocol;
 class VLShape;
 
 using VLSegments = std::vector<VLPathSegment>;
@@ -51,7 +52,17 @@ public:
     // clockwise ones inside them are counters. Components, open paths and paths with TrueType
     // curves are kept as they are, after the new paths; a closed path with TrueType curves
     // refuses the whole operation. False, with the shapes as they were, when nothing comes out.
-    static bool removeOverlapPaths(std::vector<std::shared_ptr<VLShape>>& shapes);
+    // The italic angle slants the order in which new contours start.
+    static bool removeOverlapPaths(std::vector<std::shared_ptr<VLShape>>& shapes)
+    {
+        return removeOverlapPaths_italicAngle(shapes, 0);
+    }
+    static bool removeOverlapPaths_italicAngle(std::vector<std::shared_ptr<VLShape>>& shapes, double italicAngle);
+    // The union of the closed paths drawn into the pen; false when nothing comes out.
+    static bool removeOverlapPaths_intoPen_italicAngle(const std::vector<std::shared_ptr<VLPath>>& paths,
+                                                        VLPenProtocol& pen, double italicAngle);
+    // Where the paths' contours start, so that the results can start there too.
+    static std::vector<Point> startingPointsFromPaths(const std::vector<std::shared_ptr<VLPath>>& paths);
     // Cut, then without loose ends of open paths, pairs that cancel, segments with ink on both
     // sides and doubled segments. Nothing when cutting multiplied the segments past twenty times:
     // so many crossings mean a broken outline, not a design.
@@ -73,6 +84,12 @@ public:
     // to cut, or nothing is common to both.
     static bool intersectPaths_with(const std::vector<std::shared_ptr<VLPath>>& paths,
                                     std::vector<std::shared_ptr<VLPath>>& target);
-    // Chains the segments into paths, closed where a chain comes back to its start.
-    static std::vector<std::shared_ptr<VLPath>> pathsFromSegments(VLSegments segments);
+    // Chains the segments into paths, closed where a chain comes back to its start; a chain
+    // starts at one of the starting points where it can.
+    static std::vector<std::shared_ptr<VLPath>> pathsFromSegments(VLSegments segments)
+    {
+        return pathsFromSegments_startingPoints_italicAngle(std::move(segments), {}, 0);
+    }
+    static std::vector<std::shared_ptr<VLPath>> pathsFromSegments_startingPoints_italicAngle(
+        VLSegments segments, const std::vector<Point>& startingPoints, double italicAngle);
 };

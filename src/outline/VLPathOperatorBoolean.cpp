@@ -34,7 +34,10 @@ void VLPathOperator::subtractPaths_from_keepOverlaps(const std::vector<std::shar
     removeOverlappingSegments_otherSegments(kept, removedWhole);
     for (auto& segment : removed) segment.reverse();
     kept.insert(kept.end(), removed.begin(), removed.end());
-    target = pathsFromSegments(std::move(kept));
+    std::vector<Point> startingPoints = startingPointsFromPaths(target);
+    std::vector<Point> cutStarts = startingPointsFromPaths(paths);
+    startingPoints.insert(startingPoints.end(), cutStarts.begin(), cutStarts.end());
+    target = pathsFromSegments_startingPoints_italicAngle(std::move(kept), startingPoints, 0);
 }
 
 bool VLPathOperator::intersectPaths_with(const std::vector<std::shared_ptr<VLPath>>& paths,

@@ -32,6 +32,7 @@ public:
 
     bool isUsed(size_t index) const { return _used[index]; }
     void use(size_t index) { _used[index] = true; }
+    void unuse(size_t index) { _used[index] = false; }
     std::vector<size_t> startingAt(Point p) const { return find(_byStart, p, true); }
     bool somethingEndsAt(Point p) const { return !find(_byEnd, p, false).empty(); }
 
@@ -68,10 +69,25 @@ private:
     std::vector<size_t> _byEnd;
 };
 
+// A segment that starts at one of the starting points and that a chain can come back to.
+std::optional<size_t> startAtStartingPoint(const VLSegments& segments, Remaining& remaining,
+                                           const std::vector<Point>& startingPoints)
+{
+    for (Point point : startingPoints)
+        for (size_t index : remaining.startingAt(point)) {
+            remaining.use(index);
+            if (remaining.somethingEndsAt(segments[index].pointAtIndex(0))) return index;
+            remaining.unuse(index);
+        }
+    return std::nullopt;
+}
+
 // The next segment, in order, that some chain can arrive at; segments before it lead nowhere
 // and go.
-std::optional<size_t> takeStart(const VLSegments& segments, Remaining& remaining, size_t& next)
+std::optional<size_t> takeStart(const VLSegments& segments, Remaining& remaining, size_t& next,
+                                const std::vector<Point>& startingPoints)
 {
+    if (auto start = startAtStartingPoint(segments, remaining, startingPoints)) return start;
     for (; next < segments.size(); ++next) {
         if (remaining.isUsed(next)) continue;
         const VLPathSegment& first = segments[next];
@@ -153,14 +169,17 @@ std::shared_ptr<VLPath> chainFrom(size_t start, const VLSegments& segments, Rema
 
 } // namespace
 
-std::vector<std::shared_ptr<VLPath>> VLPathOperator::pathsFromSegments(VLSegments segments)
+std::vector<std::shared_ptr<VLPath>> VLPathOperator::pathsFromSegments_startingPoints_italicAngle(
+    VLSegments segments, const std::vector<Point>& startingPoints, double italicAngle)
 {
-    std::stable_sort(segments.begin(), segments.end(),
-                     [](const VLPathSegment& a, const VLPathSegment& b) { return a.compare(b) < 0; });
+    // Stable: the order of segments is only nearly strict, within a tenth of a unit.
+    std::stable_sort(segments.begin(), segments.end(), [&](const VLPathSegment& a, const VLPathSegment& b) {
+        return a.compare_italicAngle(b, italicAngle) < 0;
+    });
     std::vector<std::shared_ptr<VLPath>> paths;
     Remaining remaining(segments);
     size_t next = 0;
-    while (auto start = takeStart(segments, remaining, next)) {
+    while (auto start = takeStart(segments, remaining, next, startingPoints)) {
         auto path = chainFrom(*start, segments, remaining);
         path->checkConnections();
         paths.push_back(path);

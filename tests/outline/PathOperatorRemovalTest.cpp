@@ -1,6 +1,8 @@
 #include "geometry/VLBezierPathPen.h"
 #include "outline/VLPath.h"
 #include "outline/VLPathOperator.h"
+#include "outline/VLPathPen.h"
+#include "model/VLLayer.h"
 #include "platform/AffineTransform.h"
 #include "platform/BezierPath.h"
 #include "platform/Color.h"
@@ -240,6 +242,16 @@ TEST(PathOperatorRemoval, SquaresMergeCancelAndKeepTheirHoles)
         auto result = removeOverlaps({square(0, 0, 400), square(200, 200, 400)});
         ASSERT_EQ(result.size(), 1u);
         EXPECT_EQ(nodeCount(result[0]), 8u);
+        // The outline starts where the first square did, at its last node.
+        auto path = std::dynamic_pointer_cast<VLPath>(result[0]);
+        EXPECT_TRUE(path->closed());
+        EXPECT_EQ(path->positionAtIndex(path->count() - 1), (Point{0, 400}));
+        // The same into a pen.
+        VLPathPen pen;
+        EXPECT_TRUE(VLPathOperator::removeOverlapPaths_intoPen_italicAngle({square(0, 0, 400), square(200, 200, 400)},
+                                                                          pen, 0));
+        ASSERT_EQ(pen.layer()->shapes().size(), 1u);
+        EXPECT_EQ(differingPixels(Picture(pen.layer()->shapes()), Picture(result)), 0);
     }
     {
         SCOPED_TRACE("a clockwise square inside stays a hole");
