@@ -266,7 +266,11 @@ TEST(PathOperatorRemoval, SquaresMergeCancelAndKeepTheirHoles)
     }
     {
         SCOPED_TRACE("squares that touch at a corner, and squares with edges on one line");
-        removeOverlaps({square(0, 0, 400), square(400, 400, 400)});
+        // At the shared corner each outline turns the widest way, and so keeps to its own square.
+        auto touching = removeOverlaps({square(0, 0, 400), square(400, 400, 400)});
+        ASSERT_EQ(touching.size(), 2u);
+        EXPECT_EQ(nodeCount(touching[0]), 4u);
+        EXPECT_EQ(nodeCount(touching[1]), 4u);
         auto result = removeOverlaps({square(0, 0, 400), square(200, 0, 400)});
         ASSERT_EQ(result.size(), 1u);
     }
@@ -376,4 +380,30 @@ TEST(PathOperatorRemoval, SubtractionAndIntersectionAgreeWithTheFill)
         expectSubtraction(a, b);
         expectIntersection(a, b);
     }
+}
+
+// Far from the origin, as the lists are sorted and searched by x.
+TEST(PathOperatorRemoval, DoubledAndCancellingSegmentsGo)
+{
+    auto line = [](Point a, Point b) { return VLPathSegment::initWithLinePoint1_point2_options(a, b, 0); };
+    auto curve = [](Point a, Point b, Point c, Point d) {
+        return VLPathSegment::initWithCurvePoint1_point2_point3_point4_options(a, b, c, d, 0);
+    };
+    VLSegments doubled{line({500, 0}, {600, 0}), line({700, 50}, {800, 50}), line({500, 0}, {600, 0})};
+    VLPathOperator::removeOverlappingSegments(doubled);
+    EXPECT_EQ(doubled.size(), 2u);
+    VLSegments others{line({500, 0}, {600, 0}), line({900, 0}, {950, 0})};
+    VLSegments mine{line({500, 0}, {600, 0}), line({700, 50}, {800, 50})};
+    VLPathOperator::removeOverlappingSegments_otherSegments(mine, others);
+    ASSERT_EQ(mine.size(), 1u);
+    EXPECT_EQ(mine[0].pointAtIndex(0), (Point{700, 50}));
+
+    VLSegments cancelling{curve({500, 0}, {520, 80}, {580, 80}, {600, 0}), line({700, 0}, {800, 0}),
+                          curve({600, 0}, {580, 80}, {520, 80}, {500, 0}), line({800, 0}, {700, 0}),
+                          curve({600, 0}, {520, 80}, {580, 80}, {500, 0})};
+    VLPathOperator::removeCancelingSegments(cancelling);
+    // The first and third curves cancel, and so do the lines; the last curve runs back between
+    // the first's ends but not over its handles, and stays.
+    ASSERT_EQ(cancelling.size(), 1u);
+    EXPECT_EQ(cancelling[0].pointAtIndex(1), (Point{520, 80}));
 }
