@@ -1,5 +1,6 @@
 #include "outline/VLPathOperator.h"
 
+#include "geometry/VLGeometry.h"
 #include "outline/VLPath.h"
 
 #include <algorithm>
@@ -9,16 +10,11 @@
 
 namespace {
 
-bool within(Point a, Point b, double tolerance)
-{
-    return std::fabs(a.x - b.x) < tolerance && std::fabs(a.y - b.y) < tolerance;
-}
-
 // A quadratic run that closes on itself is a contour of its own.
 bool closesItself(const VLPathSegment& segment)
 {
     return segment.type() == VLPathSegment::QCurve &&
-           (within(segment.pointAtIndex(0), segment.lastPoint(), 0.01) || segment.lastPoint().x > 100000000);
+           (VLPointsWithin(segment.pointAtIndex(0), segment.lastPoint(), 0.01) || segment.lastPoint().x > 100000000);
 }
 
 // The segments not yet chained, found by where they start or end without a search through all:
@@ -58,7 +54,7 @@ private:
             return endOf(_segments[k], start).x < x;
         });
         for (; it != sorted.end() && endOf(_segments[*it], start).x < p.x + 0.001; ++it)
-            if (!_used[*it] && within(endOf(_segments[*it], start), p, 0.001)) found.push_back(*it);
+            if (!_used[*it] && VLPointsWithin(endOf(_segments[*it], start), p, 0.001)) found.push_back(*it);
         std::sort(found.begin(), found.end());
         return found;
     }
@@ -93,7 +89,7 @@ std::optional<size_t> takeStart(const VLSegments& segments, Remaining& remaining
         const VLPathSegment& first = segments[next];
         remaining.use(next);
         if (closesItself(first) || remaining.somethingEndsAt(first.pointAtIndex(0)) ||
-            within(first.lastPoint(), first.pointAtIndex(0), 0.01))
+            VLPointsWithin(first.lastPoint(), first.pointAtIndex(0), 0.01))
             return next++;
     }
     return std::nullopt;
@@ -155,7 +151,7 @@ std::shared_ptr<VLPath> chainFrom(size_t start, const VLSegments& segments, Rema
     Point origin = segments[start].pointAtIndex(0);
     bool isBlack = !(segments[start].options() & VLPathSegment::OptionClockwise);
     std::vector<VLPathSegment> chain{segments[start]};
-    while (!within(chain.back().lastPoint(), origin, 0.01)) {
+    while (!VLPointsWithin(chain.back().lastPoint(), origin, 0.01)) {
         const VLPathSegment& current = chain.back();
         auto candidates = remaining.startingAt(current.lastPoint());
         // A chain that finds no way on stays open.

@@ -26,14 +26,9 @@ bool isCuttable(const VLPathSegment& segment)
            (segment.type() == VLPathSegment::Curve && segment.countOfPoints() == 4);
 }
 
-bool within(Point a, Point b, double tolerance)
-{
-    return std::fabs(a.x - b.x) < tolerance && std::fabs(a.y - b.y) < tolerance;
-}
-
 bool isNearAnEnd(const VLPathSegment& segment, Point p, double tolerance)
 {
-    return within(segment.pointAtIndex(0), p, tolerance) || within(segment.lastPoint(), p, tolerance);
+    return VLPointsWithin(segment.pointAtIndex(0), p, tolerance) || VLPointsWithin(segment.lastPoint(), p, tolerance);
 }
 
 // Boxes that share a point, edges included: a level line has a box without height.
@@ -93,7 +88,7 @@ bool liesInside(Point p, Point a, Point b)
 {
     double t = 0;
     Point foot = VLNearestPointUnlimited(p, a, b, &t);
-    return t >= 0.0001 && t <= 0.9999 && within(foot, p, 0.001);
+    return t >= 0.0001 && t <= 0.9999 && VLPointsWithin(foot, p, 0.001);
 }
 
 using Cuts = std::vector<Point>;
@@ -296,7 +291,7 @@ std::vector<size_t> segmentsWithPoint(const VLSegments& segments, Point point, b
     std::vector<size_t> found;
     for (size_t i = 0; i < segments.size(); ++i) {
         Point end = atStart ? segments[i].pointAtIndex(0) : segments[i].lastPoint();
-        if (within(end, point, 0.001)) found.push_back(i);
+        if (VLPointsWithin(end, point, 0.001)) found.push_back(i);
     }
     return found;
 }

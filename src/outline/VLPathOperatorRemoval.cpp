@@ -1,15 +1,12 @@
 #include "outline/VLPathOperator.h"
 
+#include "geometry/VLGeometry.h"
+
 #include <algorithm>
 #include <cmath>
 #include <numeric>
 
 namespace {
-
-bool within(Point a, Point b, double tolerance)
-{
-    return std::fabs(a.x - b.x) < tolerance && std::fabs(a.y - b.y) < tolerance;
-}
 
 void removeMarked(VLSegments& segments, const std::vector<bool>& marked)
 {
@@ -50,9 +47,9 @@ bool cancels(const VLPathSegment& a, const VLPathSegment& b)
 {
     if (a.type() != b.type() || a.countOfPoints() != b.countOfPoints()) return false;
     size_t n = a.countOfPoints();
-    if (!within(a.lastPoint(), b.pointAtIndex(0), 0.001) || !within(a.pointAtIndex(0), b.lastPoint(), 0.0001)) return false;
+    if (!VLPointsWithin(a.lastPoint(), b.pointAtIndex(0), 0.001) || !VLPointsWithin(a.pointAtIndex(0), b.lastPoint(), 0.0001)) return false;
     for (size_t i = 1; i + 1 < n; ++i)
-        if (!within(a.pointAtIndex(i), b.pointAtIndex(n - 1 - i), 0.0001)) return false;
+        if (!VLPointsWithin(a.pointAtIndex(i), b.pointAtIndex(n - 1 - i), 0.0001)) return false;
     return true;
 }
 
