@@ -123,6 +123,10 @@ void lineCurveHits(const VLPathSegment& line, const VLPathSegment& curve, Cuts& 
     double roots[3];
     int count = VLRootsOfCubic(-d[0] + 3 * d[1] - 3 * d[2] + d[3], 3 * d[0] - 6 * d[1] + 3 * d[2],
                                -3 * d[0] + 3 * d[1], d[0], roots);
+    // A curve that ends on the line touches it there, maybe tangent to it, where the roots are
+    // a double one that rounding may lose.
+    for (Point end : {c[0], c[3]})
+        if (liesInside(end, a, b)) lineCuts.push_back(end);
     for (int i = 0; i < count; ++i) {
         Point p = VLCubicPoint(c[0], c[1], c[2], c[3], std::clamp(roots[i], 0.0, 1.0));
         double t = 0;

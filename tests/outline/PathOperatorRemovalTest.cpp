@@ -325,6 +325,11 @@ TEST(PathOperatorRemoval, LettersOfOverlappingStrokes)
                         polygon({{0, 450}, {1000, 450}, {1000, 550}, {0, 550}})});
     }
     {
+        SCOPED_TRACE("a round contour resting on a square's edge, the curve tangent to the line");
+        auto result = removeOverlaps({ellipse({500, 500}, 200, 200), polygon({{300, 100}, {700, 100}, {700, 300}, {300, 300}})});
+        EXPECT_LE(result.size(), 2u);
+    }
+    {
         SCOPED_TRACE("two round contours overlapping at their curve joins");
         removeOverlaps({ellipse({400, 500}, 300, 300), ellipse({700, 500}, 300, 300)});
     }
