@@ -419,6 +419,7 @@ void VLPath::drawSimpleInPen(VLPenProtocol& pen)
 {
     if (_nodes.empty()) return;
     long n = count();
+    bool withObjects = pen.respondsToObjects();
     std::vector<Point> run;
     long first = 1;
     if (!_closed) {
@@ -449,10 +450,18 @@ void VLPath::drawSimpleInPen(VLPenProtocol& pen)
     for (long k = first; k < n; ++k) {
         const auto& node = _nodes[static_cast<size_t>(k)];
         switch (node->type()) {
-        case VLNodeType::LINE: pen.lineTo(node->position()); break;
+        case VLNodeType::LINE:
+            if (withObjects)
+                pen.lineTo_objects(node->position(), {node});
+            else
+                pen.lineTo(node->position());
+            break;
         case VLNodeType::CURVE:
         case VLNodeType::HOBBY:
-            if (run.size() >= 2) pen.curveTo_off1_off2(node->position(), run[run.size() - 2], run.back());
+            if (run.size() >= 2 && withObjects)
+                pen.curveTo_off1_off2_objects(node->position(), run[run.size() - 2], run.back(), {node});
+            else if (run.size() >= 2)
+                pen.curveTo_off1_off2(node->position(), run[run.size() - 2], run.back());
             run.clear();
             break;
         case VLNodeType::OFFCURVE: run.push_back(node->position()); break;

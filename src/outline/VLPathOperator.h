@@ -76,12 +76,17 @@ public:
     static void removeInnerSegments_originalSegments(VLSegments& segments, const VLSegments& other);
     static void removeOuterSegments_originalSegments(VLSegments& segments, const VLSegments& other);
     static void removeOverlappingSegments_otherSegments(VLSegments& segments, const VLSegments& other);
-    // The target's outline without what the other paths cover; with keepOverlaps the target's
-    // own overlaps stay as they are. The target's paths are replaced.
-    static void subtractPaths_from_keepOverlaps(const std::vector<std::shared_ptr<VLPath>>& paths,
+    // Takes the corner, cap, brush and segment components off the paths' nodes, in the paths'
+    // layers: those nodes are about to be replaced by the new outline's.
+    static void removeCornersFromPaths(const std::vector<std::shared_ptr<VLPath>>& paths);
+    // The paths of the shapes, each component replaced by the paths it shows in its layer.
+    static std::vector<std::shared_ptr<VLPath>> decomposeShapes(const std::vector<std::shared_ptr<VLShape>>& shapes);
+    // The target's outline without what the shapes cover; with keepOverlaps the target's own
+    // overlaps, and its corners, stay as they are. The target's paths are replaced.
+    static void subtractPaths_from_keepOverlaps(const std::vector<std::shared_ptr<VLShape>>& shapes,
                                                 std::vector<std::shared_ptr<VLPath>>& target, bool keepOverlaps);
     // What both sets of paths cover, in place of the second set; false when either has nothing
-    // to cut, or nothing is common to both.
+    // to cut, or nothing is common to both. The first set's paths lose their corners.
     static bool intersectPaths_with(const std::vector<std::shared_ptr<VLPath>>& paths,
                                     std::vector<std::shared_ptr<VLPath>>& target);
     // Chains the segments into paths, closed where a chain comes back to its start; a chain

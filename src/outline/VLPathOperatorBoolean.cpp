@@ -1,5 +1,8 @@
 #include "outline/VLPathOperator.h"
 
+#include "model/VLLayer.h"
+#include "outline/VLHint.h"
+#include "outline/VLNode.h"
 #include "outline/VLPath.h"
 
 namespace {
@@ -14,10 +17,47 @@ void clean(VLSegments& segments)
 
 } // namespace
 
-void VLPathOperator::subtractPaths_from_keepOverlaps(const std::vector<std::shared_ptr<VLPath>>& paths,
+void VLPathOperator::removeCornersFromPaths(const std::vector<std::shared_ptr<VLPath>>& paths)
+{
+    for (const auto& path : paths) {
+        auto owner = path ? path->layer() : nullptr;
+        if (!owner) continue;
+        VLLayer::Hints hints = owner->hints();
+        for (const auto& hint : hints) {
+            if (!hint->isCorner() || !hint->updateIndexes()) continue;
+            auto node = std::dynamic_pointer_cast<VLNode>(hint->originNode());
+            if (node && node->parentPath() == path) owner->removeHint(hint);
+        }
+    }
+}
+
+std::vector<std::shared_ptr<VLPath>> VLPathOperator::decomposeShapes(const std::vector<std::shared_ptr<VLShape>>& shapes)
+{
+    std::vector<std::shared_ptr<VLPath>> paths;
+    for (const auto& shape : shapes) {
+        if (auto path = std::dynamic_pointer_cast<VLPath>(shape)) paths.push_back(path);
+        if (!shape || shape->shapeType() != VLShapeType::Component) continue;
+        // A component finds the layer it shows by its own layer's master, in its own glyph's font.
+        auto temporary = VLLayer::init();
+        if (auto owner = shape->layer()) {
+            temporary->setLayerId(owner->layerId());
+            temporary->setAssociatedMasterId(owner->associatedMasterId());
+            temporary->setParent(owner->glyph());
+        }
+        temporary->addShapeFast(shape->copy());
+        temporary->decomposeComponents();
+        for (const auto& drawn : temporary->shapes())
+            if (auto path = std::dynamic_pointer_cast<VLPath>(drawn)) paths.push_back(path);
+    }
+    return paths;
+}
+
+void VLPathOperator::subtractPaths_from_keepOverlaps(const std::vector<std::shared_ptr<VLShape>>& shapes,
                                                      std::vector<std::shared_ptr<VLPath>>& target, bool keepOverlaps)
 {
-    if (paths.empty()) return;
+    if (shapes.empty()) return;
+    auto paths = decomposeShapes(shapes);
+    if (!keepOverlaps) removeCornersFromPaths(target);
     VLSegments removed = segmentsFromPaths(paths), kept = segmentsFromPaths(target);
     if (removed.size() + kept.size() < 2) return;
     clean(removed);
@@ -43,6 +83,7 @@ void VLPathOperator::subtractPaths_from_keepOverlaps(const std::vector<std::shar
 bool VLPathOperator::intersectPaths_with(const std::vector<std::shared_ptr<VLPath>>& paths,
                                          std::vector<std::shared_ptr<VLPath>>& target)
 {
+    removeCornersFromPaths(paths);
     VLSegments first = segmentsFromPaths(paths), second = segmentsFromPaths(target);
     if (first.size() < 2 || second.size() < 2) return false;
     clean(first);

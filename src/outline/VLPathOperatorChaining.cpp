@@ -1,6 +1,7 @@
 #include "outline/VLPathOperator.h"
 
 #include "geometry/VLGeometry.h"
+#include "outline/VLNode.h"
 #include "outline/VLPath.h"
 
 #include <algorithm>
@@ -136,10 +137,21 @@ Point pointBeforeEnd(const VLPathSegment& segment)
     return segment.pointAtIndex(segment.countOfPoints() - 2);
 }
 
-// An open chain starts with its first point; a closed one ends there.
+// The path a segment was drawn from, when the walk handed its nodes over.
+std::shared_ptr<VLPath> sourcePath(const VLPathSegment& segment)
+{
+    const auto& objects = segment.objects();
+    auto node = objects.empty() ? nullptr : std::dynamic_pointer_cast<VLNode>(objects.front());
+    return node ? node->parentPath() : nullptr;
+}
+
+// An open chain starts with its first point; a closed one ends there. The new path takes the
+// attributes of the path its first segment came from, so that a stroked or coloured contour stays
+// so after its overlaps are gone.
 std::shared_ptr<VLPath> pathOf(const std::vector<VLPathSegment>& chain, bool closed)
 {
     auto path = VLPath::init();
+    if (auto source = sourcePath(chain.front())) path->setAttributes_format(source->attributes(), 3);
     if (!closed) path->addNodeFastWithPosition_type_connection(chain.front().pointAtIndex(0), VLNodeType::LINE, 0);
     for (const auto& segment : chain) addSegment(segment, *path);
     path->setClosed(closed);

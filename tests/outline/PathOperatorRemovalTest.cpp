@@ -1,4 +1,5 @@
 #include "geometry/VLBezierPathPen.h"
+#include "outline/VLHint.h"
 #include "outline/VLPath.h"
 #include "outline/VLPathOperator.h"
 #include "outline/VLPathPen.h"
@@ -7,6 +8,7 @@
 #include "platform/BezierPath.h"
 #include "platform/Color.h"
 #include "platform/GraphicsContext.h"
+#include "support/ComponentInFont.h"
 
 #include <gtest/gtest.h>
 
@@ -127,7 +129,7 @@ int wrongPixels(const Paths& a, const Paths& b, const Paths& result, Combine com
 void expectSubtraction(const Paths& cut, const Paths& target)
 {
     Paths result = target;
-    VLPathOperator::subtractPaths_from_keepOverlaps(cut, result, false);
+    VLPathOperator::subtractPaths_from_keepOverlaps(asShapes(cut), result, false);
     EXPECT_EQ(wrongPixels(cut, target, result, [](bool c, bool t) { return t && !c; }), 0);
 }
 
@@ -411,4 +413,89 @@ TEST(PathOperatorRemoval, DoubledAndCancellingSegmentsGo)
     // the first's ends but not over its handles, and stays.
     ASSERT_EQ(cancelling.size(), 1u);
     EXPECT_EQ(cancelling[0].pointAtIndex(1), (Point{520, 80}));
+}
+
+TEST(PathOperatorRemoval, ResultsKeepTheirSourcesAttributes)
+{
+    auto stroked = square(0, 0, 400), plain = square(200, 200, 400), apart = square(700, 0, 200);
+    stroked->setAttribute_forKey(Value(20), "strokeWidth");
+    apart->setAttribute_forKey(Value(true), "mask");
+    Shapes shapes{stroked, plain, apart};
+    ASSERT_TRUE(VLPathOperator::removeOverlapPaths(shapes));
+    ASSERT_EQ(shapes.size(), 2u);
+    // The merged outline starts on the stroked square, and takes its attributes.
+    EXPECT_EQ(shapes[0]->attributes(), stroked->attributes());
+    EXPECT_EQ(shapes[1]->attributes(), apart->attributes());
+}
+
+TEST(PathOperatorRemoval, AnOpenPathDrawnIntoAPenLeavesTheClosedOutline)
+{
+    // The pen variant takes open paths into the work: the pieces of the line outside the square
+    // hang loose and go, and the piece inside lies in ink.
+    auto open = VLPath::init();
+    open->addNodeFastWithPosition_type_connection({-100, 200}, VLNodeType::LINE, 0);
+    open->addNodeFastWithPosition_type_connection({900, 200}, VLNodeType::LINE, 0);
+    VLPathPen pen;
+    ASSERT_TRUE(VLPathOperator::removeOverlapPaths_intoPen_italicAngle({open, square(0, 0, 400)}, pen, 0));
+    const auto& drawn = pen.layer()->shapes();
+    ASSERT_EQ(drawn.size(), 1u);
+    EXPECT_TRUE(std::dynamic_pointer_cast<VLPath>(drawn[0])->closed());
+    EXPECT_EQ(differingPixels(Picture(drawn), Picture({square(0, 0, 400)})), 0);
+}
+
+TEST(PathOperatorRemoval, TheItalicAngleSlantsTheOrderOfNewContours)
+{
+    // The upper square lies right of the lower one, but left of it along a slant of 30 degrees.
+    Paths squares{square(0, 0, 100), square(60, 300, 100)};
+    auto upright = VLPathOperator::pathsFromSegments_startingPoints_italicAngle(
+        VLPathOperator::segmentsFromPaths(squares), {}, 0);
+    auto slanted = VLPathOperator::pathsFromSegments_startingPoints_italicAngle(
+        VLPathOperator::segmentsFromPaths(squares), {}, 30);
+    ASSERT_EQ(upright.size(), 2u);
+    ASSERT_EQ(slanted.size(), 2u);
+    EXPECT_LT(upright[0]->bounds().origin.y, 100);
+    EXPECT_GT(slanted[0]->bounds().origin.y, 200);
+}
+
+TEST(PathOperatorRemoval, CuttingDropsTheCornersOfTheCutPathsAndDecomposesComponents)
+{
+    ComponentInFont f;
+    f.font->glyphForName("B")->layerForId("m01")->setShapesFast({square(0, 0, 400)});
+    auto first = square(0, 0, 600), second = square(700, 0, 200);
+    f.layer->setShapesFast({first, second});
+    auto cornerOn = [&](size_t pathIndex) {
+        auto corner = VLHint::init();
+        corner->setType(VLHintType::Corner);
+        corner->setName("_corner.notch");
+        corner->setOriginIndex({pathIndex, 1});
+        f.layer->addHint(corner);
+        return corner;
+    };
+    cornerOn(0);
+    auto kept = cornerOn(1);
+
+    Paths target{first};
+    VLPathOperator::subtractPaths_from_keepOverlaps({square(200, 200, 200)}, target, true);
+    EXPECT_EQ(f.layer->hints().size(), 2u) << "a subtraction that keeps overlaps keeps corners";
+    target = {first};
+    VLPathOperator::subtractPaths_from_keepOverlaps({square(200, 200, 200)}, target, false);
+    ASSERT_EQ(f.layer->hints().size(), 1u);
+    EXPECT_EQ(f.layer->hints()[0], kept);
+
+    cornerOn(0);
+    Paths other{square(100, 100, 200)};
+    EXPECT_TRUE(VLPathOperator::intersectPaths_with({first}, other));
+    ASSERT_EQ(f.layer->hints().size(), 1u);
+    EXPECT_EQ(f.layer->hints()[0], kept);
+
+    // A component is cut away where it shows its glyph's square.
+    auto component = VLComponent::init();
+    component->setComponentName("B");
+    component->setPosition({300, 0});
+    f.layer->addShapeFast(component);
+    Paths bitten{square(0, 0, 600)};
+    VLPathOperator::subtractPaths_from_keepOverlaps({component}, bitten, false);
+    EXPECT_EQ(wrongPixels({square(300, 0, 400)}, {square(0, 0, 600)}, bitten, [](bool c, bool t) { return t && !c; }),
+              0);
+    EXPECT_EQ(bitten.size(), 1u);
 }
