@@ -57,8 +57,9 @@ void BM_CornerComponentsOutline(benchmark::State& state)
     layer->setShapes({star()});
     layer->setHintsFast(inkTraps());
     auto outline = layer->bezierPath();
-    // Every corner adds two nodes to the star's contour; fewer means some were not drawn.
-    if (!outline || outline->elementCount() < long(3 * cornerCount)) return state.SkipWithError("the corners don't draw");
+    // Every corner adds two nodes to the star's contour, less where the walk cuts a step off
+    // between two corners; near the star's own count means they were not drawn.
+    if (!outline || outline->elementCount() < long(5 * cornerCount / 2)) return state.SkipWithError("the corners don't draw");
     for (auto _ : state) {
         layer->setNeedUpdateShapes();
         benchmark::DoNotOptimize(layer->bezierPath());

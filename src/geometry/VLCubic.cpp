@@ -161,14 +161,17 @@ bool VLHandlesNearChord(const VLCubic& c)
 int VLRootsOfCubic(double a, double b, double c, double d, double roots[3])
 {
     long double A = a, B = b, C = c, D = d;
-    if (std::fabs(A) < 1e-12L) {
+    // A leading factor that is noise beside the others (a curve that is nearly a parabola)
+    // would throw the closed form off by far more than it adds: the quadratic is the answer.
+    long double others = std::max({std::fabs(B), std::fabs(C), std::fabs(D)});
+    if (std::fabs(A) < 1e-12L || std::fabs(A) < 1e-9L * others) {
         long double candidates[2];
         VLSolveQuadratic(B, C, D, candidates[0], candidates[1]);
         return keepRoots(candidates, 2, roots);
     }
     // Depressed cubic x^3 + p x + q with t = x - B / 3A.
     long double b3 = B / (3 * A);
-    long double p = C / A - B * b3;
+    long double p = C / A - B * b3 / A;
     long double q = 2 * b3 * b3 * b3 - b3 * C / A + D / A;
     long double discriminant = q * q / 4 + p * p * p / 27;
     long double candidates[3];
@@ -187,6 +190,14 @@ int VLRootsOfCubic(double a, double b, double c, double d, double roots[3])
         for (int k = 0; k < 3; ++k) candidates[k] = m * std::cos(theta - 2 * std::numbers::pi_v<long double> * k / 3) - b3;
         n = 3;
     }
+    // The closed form loses digits when the roots lie far apart; two Newton steps on the
+    // original polynomial bring them back.
+    for (int i = 0; i < n; ++i)
+        for (int step = 0; step < 2; ++step) {
+            long double t = candidates[i];
+            long double value = ((A * t + B) * t + C) * t + D, slope = (3 * A * t + 2 * B) * t + C;
+            if (slope != 0) candidates[i] = t - value / slope;
+        }
     return keepRoots(candidates, n, roots);
 }
 

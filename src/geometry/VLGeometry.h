@@ -18,6 +18,12 @@ inline double VLSquareDistance(Point a, Point b)
 
 // A distance whose root is taken in single precision: the thresholds of the outline code were
 // tuned with it, so it must not be replaced by a double-precision distance.
+// Within the tolerance on each axis, not by distance: how the overlap code tells one place.
+inline bool VLPointsWithin(Point a, Point b, double tolerance)
+{
+    return std::fabs(a.x - b.x) < tolerance && std::fabs(a.y - b.y) < tolerance;
+}
+
 inline float VLDistanceF(Point a, Point b)
 {
     return std::sqrt(VLSinglePrecision(VLSquareDistance(a, b)));

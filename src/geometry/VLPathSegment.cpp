@@ -47,7 +47,6 @@ Point slanted(Point p, double slope)
 VLPathSegment VLPathSegment::initWithLinePoint1_point2_options(Point p1, Point p2, uint8_t options)
 {
     VLPathSegment segment;
-    segment._type = Line;
     segment._count = 2;
     segment._options = options;
     segment._elements[0] = p1;

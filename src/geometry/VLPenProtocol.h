@@ -57,6 +57,8 @@ public:
     {
         curveTo_off1_off2(end, off1, off2);
     }
+    // Whether the pen wants each segment's source objects: walks then build a list per node.
+    virtual bool respondsToObjects() const { return false; }
     virtual void moveTo_objects(Point point, const VLPenObjects& /*objects*/) { moveTo(point); }
     virtual void lineTo_objects(Point point, const VLPenObjects& /*objects*/) { lineTo(point); }
     virtual void curveTo_off1_off2_objects(Point end, Point off1, Point off2, const VLPenObjects& /*objects*/)

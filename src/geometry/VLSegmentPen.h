@@ -15,6 +15,8 @@ public:
     void setTransform(std::optional<AffineTransform> transform) { _transform = std::move(transform); }
 
     void moveTo(Point point) override;
+    // The source nodes tell open paths apart and carry their paths' attributes to the results.
+    bool respondsToObjects() const override { return true; }
     // The point is taken as it stands; the objects wait for the next segment.
     void moveTo_objects(Point point, const VLPenObjects& objects) override;
     void lineTo(Point point) override;

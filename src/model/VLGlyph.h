@@ -8,7 +8,6 @@
 #include "platform/Value.h"
 
 #include <cstdint>
-#include <fcntl.h>
 #include <memory>
 #include <optional>
 #include <set>
@@ -42,10 +41,12 @@ public:
     // The first pass over a glyph record: its own keys, with the layers only noted for later.
     // The parse info stands behind the opening brace and must outlive the glyph's layer read.
     static std::shared_ptr<VLGlyph> initWithVelmorParser_format(VLPlistParseInfo* info, uint8_t format);
-    // A glyph file of a package; the glyph keeps the file's parse state for its layers. A relative
-    // path is taken from the open folder `folder`.
-    static std::shared_ptr<VLGlyph> initWithFile_format_error(const std::string& path, uint8_t format, VLError* error,
-                                                              int folder = AT_FDCWD);
+    // A glyph file of a package; the glyph keeps the file's parse state for its layers.
+    static std::shared_ptr<VLGlyph> initWithFile_format_error(const std::string& path, uint8_t format, VLError* error);
+    // The same for the file of the name inside an open folder; errors name it by path.
+    static std::shared_ptr<VLGlyph> initWithFileInFolder_name_path_format_error(int folder, const std::string& name,
+                                                                                const std::string& path,
+                                                                                uint8_t format, VLError* error);
     static constexpr const char* className = "VLGlyph";
     // Hands the reading of the layers from the parse state `from`, a copy that read the glyph, to
     // `to`, a state over the same text.

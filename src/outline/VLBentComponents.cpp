@@ -99,20 +99,26 @@ std::shared_ptr<VLPath> bentPath(const VLLayer& cornerLayer, const VLHint& hint,
 
 } // namespace
 
-// A brush is a shape of its own over the segment, which it takes out of the contour. It is drawn
-// after the contour, so that an open stroke around it leaves the brush a closed shape.
+// A brush is a contour of its own over the segment, which it takes out of the contour it sits on:
+// that contour carries on from the segment's end.
 bool VLPath::drawBrushWithPen_cornerLayer_cornerHint(CornerDrawing& drawing, const VLLayer& cornerLayer,
                                                      const VLHint& hint) const
 {
     auto brush = bentPath(cornerLayer, hint, drawing.in, true);
     if (!brush) return false;
     double grid = gridLength();
-    // The segment into the first node closes the contour: the brush comes then.
+    // The segment into the first node closes the contour: the brush comes then, and once.
     if (!drawing.isFirst) {
         brush->transformFast_round(AffineTransform(), grid);
-        drawing.extraPaths.push_back(brush);
+        brush->drawInPen(drawing.pen);
     }
-    drawing.pen.moveTo(VLRoundToGrid(drawing.in.points[0], grid));
+    Point end = VLRoundToGrid(drawing.in.points[0], grid);
+    if (drawing.isFirst && drawing.pen.respondsToBeginPath()) {
+        drawing.pen.beginPath();
+        drawing.pen.setLastPoint(end);
+    } else {
+        drawing.pen.moveTo(end);
+    }
     return true;
 }
 

@@ -59,6 +59,28 @@ Point anchorDirection(const VLLayer& layer, const char* name, Point from, Point 
     return VLUnitVector(minus(anchor ? anchor->position() : fallback, from));
 }
 
+// The cap's point that goes on the stroke, and the stroke's point it goes on: a side's node for
+// the alignments along a side, the middles for the others.
+void referencePoints(uint8_t alignment, Point nodeIn, Point nodeOut, Point j, Point k, Point& cap, Point& stroke)
+{
+    if (alignment == 0) {
+        cap = nodeIn, stroke = j;
+    } else if (alignment == 1) {
+        cap = nodeOut, stroke = k;
+    } else {
+        cap = middle(nodeIn, nodeOut), stroke = middle(j, k);
+    }
+}
+
+AffineTransform placedThrough(Point shift, const AffineTransform& smoothing, const AffineTransform& orientation)
+{
+    AffineTransform placed;
+    placed.translateXBy_yBy(shift.x, shift.y);
+    placed.prependTransform(smoothing);
+    placed.prependTransform(orientation);
+    return placed;
+}
+
 } // namespace
 
 // A cap glyph stands upright with node1 left of node2, and its path runs over the end of the
@@ -87,21 +109,33 @@ bool VLPath::drawCapWithPen_cornerLayer_cornerHint(CornerDrawing& drawing, const
     Point cOut = anchorDirection(layer, "right", nodeOut, b);
     if (isNaN(cOut)) cOut = cap->unitVectorAtNodeAtIndex_direction(last, -1);
     Point j = drawing.in.points[0], k = drawing.out.points[0];
-    Point nIn = drawing.in.directionAtReach(VLDistanceF(a, nodeIn));
-    Point nOut = drawing.out.directionAtReach(VLDistanceF(b, nodeOut));
-    Point chord = VLUnitVector(minus(nodeOut, nodeIn)), stroke = VLUnitVector(minus(k, j));
-    for (Point v : {cIn, cOut, nIn, nOut, chord, stroke})
+    VLCornerFrame frame{cIn,
+                        cOut,
+                        nodeIn,
+                        nodeOut,
+                        drawing.in.directionAtReach(VLDistanceF(a, nodeIn)),
+                        drawing.out.directionAtReach(VLDistanceF(b, nodeOut)),
+                        minus(nodeOut, nodeIn),
+                        minus(k, j)};
+    for (Point v : {cIn, cOut, frame.nIn, frame.nOut})
         if (isNaN(v) || v.x == VLUnsetValue) return false;
+    Point pIn = cap->unitVectorAtNodeAtIndex_direction(0, 1), pOut = cap->unitVectorAtNodeAtIndex_direction(last, -1);
+    if (pIn.x == VLUnsetValue || pOut.x == VLUnsetValue) return false;
 
-    VLCornerPlacement placement;
-    if (hint.alignment() == 0)
-        placement.inside = VLCornerTurn(nodeIn, chord, j, stroke, false);
-    else if (hint.alignment() == 1)
-        placement.inside = VLCornerTurn(nodeOut, chord, k, stroke, false);
-    else
-        placement.inside = VLCornerTurn(middle(nodeIn, nodeOut), chord, middle(j, k), stroke, false);
-    placement.start = VLCornerLegFit(nodeIn, cIn, chord, j, nIn, stroke);
-    placement.end = VLCornerLegFit(nodeOut, cOut, {-chord.x, -chord.y}, k, nOut, {-stroke.x, -stroke.y});
+    frame.nIn = drawing.in.adjustedDirectionAtReach(VLDistanceF(nodeIn, a), frame.nIn);
+    frame.nOut = drawing.out.adjustedDirectionAtReach(VLDistanceF(nodeOut, b), frame.nOut);
+    AffineTransform orientation = VLOrientationTransform(hint.alignment(), hint.type(), frame);
+    Point inEnd = orientation.transformPoint(a), outEnd = orientation.transformPoint(b);
+    AffineTransform smoothIn = VLSmoothingTransform(inEnd, frame.nIn, VLTransformDirection(orientation, cIn),
+                                                    VLTransformDirection(orientation, pIn));
+    AffineTransform smoothOut = VLSmoothingTransform(outEnd, frame.nOut, VLTransformDirection(orientation, cOut),
+                                                     VLTransformDirection(orientation, pOut));
+    Point capPoint, strokePoint;
+    referencePoints(hint.alignment(), nodeIn, nodeOut, j, k, capPoint, strokePoint);
+    Point placedCapPoint = orientation.transformPoint(capPoint);
+    Point shift = minus(strokePoint, placedCapPoint);
+    VLCornerPlacement placement{placedThrough(shift, {}, orientation), placedThrough(shift, smoothIn, orientation),
+                                placedThrough(shift, smoothOut, orientation)};
     if (!placement.isFinite()) return false;
 
     drawing.in.shortenTo(placement.start.transformPoint(a));

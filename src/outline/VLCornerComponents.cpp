@@ -20,20 +20,41 @@ Point anchorOr(const VLLayer& layer, const char* name, Point fallback)
     return anchor ? anchor->position() : fallback;
 }
 
-// The turn that keeps the corner's shape. Alignment 0 lays the corner along the incoming
-// segment, 1 along the outgoing one, 2 splits the difference between them, 4 keeps the corner
-// upright.
-AffineTransform insideTurn(uint8_t alignment, Point cIn, Point cOut, Point node, Point nIn, Point nOut, bool mirror)
+Point minus(Point a, Point b)
 {
-    Point origin{0, 0};
-    if (alignment == 4) return VLCornerTurn(origin, {1, 0}, node, {1, 0}, false);
-    if (alignment == 1) return VLCornerTurn(origin, cOut, node, nOut, mirror);
-    if (alignment == 2) {
-        Point c = VLUnitVector({cIn.x + cOut.x, cIn.y + cOut.y});
-        Point n = VLUnitVector({nIn.x + nOut.x, nIn.y + nOut.y});
-        if (!isNaN(c) && !isNaN(n)) return VLCornerTurn(origin, c, node, n, mirror);
-    }
-    return VLCornerTurn(origin, cIn, node, nIn, mirror);
+    return {a.x - b.x, a.y - b.y};
+}
+
+// The direction of a curve at the node, measured where the corner, turned onto the node, will
+// meet it; a curve the corner swallows becomes a line.
+Point adjustCorner(Point cornerPoint, const VLCornerFrame& frame, const VLHint& hint, VLNodeSegment& segment,
+                   bool incoming, Point pDirection)
+{
+    AffineTransform orientation = VLOrientationTransform(hint.alignment(), hint.type(), frame);
+    Point end = orientation.transformPoint(cornerPoint);
+    Point n = incoming ? frame.nIn : frame.nOut;
+    Point c = VLTransformDirection(orientation, incoming ? frame.cIn : frame.cOut);
+    AffineTransform smoothing = VLSmoothingTransform(end, n, c, VLTransformDirection(orientation, pDirection));
+    return segment.adjustedDirectionAtReach(VLDistanceF({0, 0}, smoothing.transformPoint(end)), n);
+}
+
+// The shift that puts the meeting point of the placed corner's two legs, drawn through its ends,
+// on the node, so that both ends lie on the node's legs.
+Point legShift(Point inEnd, Point nIn, Point outEnd, Point nOut)
+{
+    Point crossing = VLLineIntersectionUnlimited(inEnd, {inEnd.x + nIn.x, inEnd.y + nIn.y}, outEnd,
+                                                 {outEnd.x + nOut.x, outEnd.y + nOut.y});
+    if (crossing.x == VLUnsetValue || isNaN(crossing)) return {0, 0};
+    return {-crossing.x, -crossing.y};
+}
+
+AffineTransform placedThrough(const AffineTransform& move, const AffineTransform& smoothing,
+                              const AffineTransform& orientation)
+{
+    AffineTransform placed = move;
+    placed.prependTransform(smoothing);
+    placed.prependTransform(orientation);
+    return placed;
 }
 
 } // namespace
@@ -54,21 +75,39 @@ bool VLPath::drawCornerWithPen_cornerLayer_cornerHint(CornerDrawing& drawing, co
     const VLLayer& layer = *normalized->layer;
     auto corner = firstPathOfLayer_closed(layer, false);
     if (!corner) return false;
-    Point a = corner->positionAtIndex(0), b = corner->positionAtIndex(corner->count() - 1);
-    Point left = anchorOr(layer, "left", a), right = anchorOr(layer, "right", b);
-    Point cIn = VLUnitVector(left), cOut = VLUnitVector(right);
-    Point nIn = drawing.in.directionAtReach(VLDistanceF({0, 0}, left));
-    Point nOut = drawing.out.directionAtReach(VLDistanceF({0, 0}, right));
-    if (isNaN(cIn) || isNaN(cOut) || isNaN(nIn) || isNaN(nOut)) return false;
+    long last = corner->count() - 1;
+    Point a = corner->positionAtIndex(0), b = corner->positionAtIndex(last);
+    VLCornerFrame frame;
+    frame.cOriginIn = anchorOr(layer, "left", {0, 0});
+    frame.cOriginOut = anchorOr(layer, "right", {0, 0});
+    frame.cIn = VLUnitVector(anchorOr(layer, "left", a));
+    frame.cOut = VLUnitVector(anchorOr(layer, "right", b));
+    frame.nIn = drawing.in.directionAtReach(VLDistanceF({0, 0}, a));
+    frame.nOut = drawing.out.directionAtReach(VLDistanceF({0, 0}, b));
+    Point pIn = corner->unitVectorAtNodeAtIndex_direction(0, 1);
+    Point pOut = corner->unitVectorAtNodeAtIndex_direction(last, -1);
+    if (isNaN(frame.cIn) || isNaN(frame.cOut) || isNaN(frame.nIn) || isNaN(frame.nOut) || pIn.x == VLUnsetValue ||
+        pOut.x == VLUnsetValue)
+        return false;
+    frame.cChord = minus(frame.cOut, frame.cIn);
+    frame.nChord = minus(frame.nOut, frame.nIn);
+    if (drawing.in.count == 4) frame.nIn = adjustCorner(a, frame, hint, drawing.in, true, pIn);
+    if (drawing.out.count == 4) frame.nOut = adjustCorner(b, frame, hint, drawing.out, false, pOut);
+    frame.nChord = minus(frame.nOut, frame.nIn);
 
+    AffineTransform orientation = VLOrientationTransform(hint.alignment(), hint.type(), frame);
+    Point inEnd = orientation.transformPoint(a), outEnd = orientation.transformPoint(b);
+    AffineTransform smoothIn = VLSmoothingTransform(inEnd, frame.nIn, VLTransformDirection(orientation, frame.cIn),
+                                                    VLTransformDirection(orientation, pIn));
+    AffineTransform smoothOut = VLSmoothingTransform(
+        outEnd, frame.nOut, VLTransformDirection(orientation, frame.cOut), VLTransformDirection(orientation, pOut));
+    Point shift{0, 0};
+    if (hint.alignment() == 0 || hint.alignment() == 1) shift = legShift(inEnd, frame.nIn, outEnd, frame.nOut);
     Point node = drawing.out.points[0];
-    // A corner drawn for a left turn placed on a right turn is mirrored, so that it still cuts
-    // into the same side.
-    bool mirror = VLTurnsLeft(cOut, cIn) != VLTurnsLeft(nOut, nIn);
-    AffineTransform fit = VLCornerLegFit({0, 0}, cIn, cOut, node, nIn, nOut);
-    VLCornerPlacement placement{insideTurn(hint.alignment(), cIn, cOut, node, nIn, nOut, mirror), fit, fit};
-    if (hint.alignment() == 0) placement.start = placement.inside;
-    if (hint.alignment() == 1) placement.end = placement.inside;
+    AffineTransform move;
+    move.translateXBy_yBy(node.x + shift.x, node.y + shift.y);
+    VLCornerPlacement placement{placedThrough(move, {}, orientation), placedThrough(move, smoothIn, orientation),
+                                placedThrough(move, smoothOut, orientation)};
     if (!placement.isFinite()) return false;
 
     drawing.in.shortenTo(placement.start.transformPoint(a));

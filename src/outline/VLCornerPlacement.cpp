@@ -1,6 +1,7 @@
 #include "outline/VLCornerPlacement.h"
 
 #include "geometry/VLGeometry.h"
+#include "outline/VLHint.h"
 
 #include <cmath>
 #include <initializer_list>
@@ -8,18 +9,32 @@
 
 namespace {
 
-// The map x' = a x + b y, y' = c x + d y around from, with from going to to.
-AffineTransform linearAround(double a, double b, double c, double d, Point from, Point to)
-{
-    return AffineTransform({a, c, b, d, to.x - (a * from.x + b * from.y), to.y - (c * from.x + d * from.y)});
-}
-
 bool finite(const AffineTransform& t)
 {
     const auto& m = t.transformStruct();
     for (double v : {m.m11, m.m12, m.m21, m.m22, m.tX, m.tY})
         if (!std::isfinite(v)) return false;
     return true;
+}
+
+double angleOf(Point v)
+{
+    return VLVectorAngle(v.x, v.y);
+}
+
+AffineTransform turnAround(Point centre, double degrees)
+{
+    AffineTransform turn;
+    turn.translateXBy_yBy(centre.x, centre.y);
+    turn.rotateByDegrees(degrees);
+    turn.translateXBy_yBy(-centre.x, -centre.y);
+    return turn;
+}
+
+// x' = x + kx (y - centre.y), y' = y + ky (x - centre.x)
+AffineTransform shearAround(double kx, double ky, Point centre)
+{
+    return AffineTransform({1, ky, kx, 1, -kx * centre.y, -ky * centre.x});
 }
 
 } // namespace
@@ -36,26 +51,46 @@ Point VLUnitVector(Point v)
     return {v.x / length, v.y / length};
 }
 
-AffineTransform VLCornerTurn(Point from, Point c, Point to, Point n, bool mirror)
+Point VLTransformDirection(const AffineTransform& transform, Point direction)
 {
-    // The mirror across c keeps c and turns the sense of every angle to it.
-    double ma = 1, mb = 0, mc = 0, md = 1;
-    if (mirror) {
-        ma = 2 * c.x * c.x - 1;
-        mb = mc = 2 * c.x * c.y;
-        md = 2 * c.y * c.y - 1;
-    }
-    double angle = std::atan2(c.x * n.y - c.y * n.x, c.x * n.x + c.y * n.y);
-    double cs = std::cos(angle), sn = std::sin(angle);
-    return linearAround(cs * ma - sn * mc, cs * mb - sn * md, sn * ma + cs * mc, sn * mb + cs * md, from, to);
+    Point zero = transform.transformPoint({0, 0}), moved = transform.transformPoint(direction);
+    return {moved.x - zero.x, moved.y - zero.y};
 }
 
-AffineTransform VLCornerLegFit(Point from, Point c1, Point c2, Point to, Point n1, Point n2)
+AffineTransform VLOrientationTransform(uint8_t alignment, VLHintType type, const VLCornerFrame& frame)
 {
-    double det = c1.x * c2.y - c1.y * c2.x;
-    if (std::fabs(det) < 1e-6) return VLCornerTurn(from, c1, to, n1, false);
-    // N C^-1, with C and N holding the vectors as columns.
-    double i11 = c2.y / det, i12 = -c2.x / det, i21 = -c1.y / det, i22 = c1.x / det;
-    return linearAround(n1.x * i11 + n2.x * i21, n1.x * i12 + n2.x * i22, n1.y * i11 + n2.y * i21,
-                        n1.y * i12 + n2.y * i22, from, to);
+    if (alignment == 4) return {};
+    bool mirror = type == VLHintType::Corner &&
+                  VLTurnsLeft(frame.nOut, frame.nIn) != VLTurnsLeft(frame.cOut, frame.cIn);
+    double from = 90, to = 0;
+    Point centre{0, 0};
+    if (alignment == 0) {
+        from = angleOf(frame.cIn), to = angleOf(frame.nIn), centre = frame.cOriginIn;
+    } else if (alignment == 1) {
+        from = angleOf(frame.cOut), to = angleOf(frame.nOut), centre = frame.cOriginOut;
+    } else if (alignment == 2) {
+        from = angleOf(frame.cChord), to = angleOf(frame.nChord);
+    }
+    // A mirror across the x axis negates every angle before the turn.
+    if (mirror) from = -from;
+    AffineTransform orientation = turnAround(centre, to - from);
+    if (mirror) orientation.scaleXBy_yBy(1, -1);
+    auto m = orientation.transformStruct();
+    if (m.m12 != 0 && std::fabs(m.m12) < 1e-05) {
+        m.m12 = 0;
+        orientation.setTransformStruct(m);
+    }
+    return orientation;
+}
+
+AffineTransform VLSmoothingTransform(Point origin, Point n, Point c, Point p)
+{
+    double degrees = angleOf(n) - angleOf(c);
+    if (std::fabs(c.x * p.y - c.y * p.x) <= 0.5) return turnAround(origin, degrees);
+    // The corner's path leaves across its leg: leaning that end by the difference keeps the end
+    // point on the leg while the path near it turns as the leg does.
+    double slope = std::tan(degrees * VLRadiansPerDegree);
+    if (!(std::fabs(slope) < 1000)) return {};
+    if (std::fabs(p.x) < std::fabs(p.y)) return shearAround(-slope, 0, origin);
+    return shearAround(0, slope, origin);
 }

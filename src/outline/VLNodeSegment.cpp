@@ -31,6 +31,27 @@ Point VLNodeSegment::directionAtReach(double reach) const
     return {(q.x - node.x) / length, (q.y - node.y) / length};
 }
 
+Point VLNodeSegment::adjustedDirectionAtReach(double reach, Point direction)
+{
+    if (count != 4) return direction;
+    double t = VLCubicTimeAtLength(std::max(reach, 0.001), cubicOf(*this));
+    if (std::isnan(t)) {
+        becomeLine();
+        return direction;
+    }
+    Point q = VLCubicPoint(points[0], points[1], points[2], points[3], t);
+    if (VLCubicLength(VLCubicSubcurve(cubicOf(*this), t, 1)) < 0.1) becomeLine();
+    double length = VLDistanceF(points[0], q);
+    if (!(length > 1e-9)) return direction;
+    return {(q.x - points[0].x) / length, (q.y - points[0].y) / length};
+}
+
+void VLNodeSegment::becomeLine()
+{
+    points = {points[0], points[3], points[3], points[3]};
+    count = 2;
+}
+
 void VLNodeSegment::shortenTo(Point end)
 {
     if (count == 2) points[0] = end;
@@ -40,10 +61,6 @@ void VLNodeSegment::shortenTo(Point end)
     double t = VLCubicTimeAtLength(reach, cubicOf(*this));
     VLCubic rest = std::isnan(t) ? cubicOf(*this) : VLCubicSubcurve(cubicOf(*this), t, 1);
     rest[0] = end;
-    if (std::isnan(t) || VLDistanceF(rest[0], rest[1]) < 0.1) {
-        points = {end, rest[3], rest[3], rest[3]};
-        count = 2;
-        return;
-    }
     points = rest;
+    if (std::isnan(t) || VLDistanceF(rest[0], rest[1]) < 0.1) becomeLine();
 }

@@ -8,6 +8,7 @@
 #include "outline/VLHint.h"
 #include "outline/VLNode.h"
 #include "outline/VLPath.h"
+#include "outline/VLPathPen.h"
 #include "outline/VLSegmentCrossing.h"
 #include "platform/VLUnsetValue.h"
 
@@ -360,11 +361,45 @@ void VLPath::drawInPen_openPen_secondaryPen_extraHandles(VLPenProtocol& pen, VLP
     convertSpecialToBezier()->_drawInPen_secondaryPen(pen, secondPen);
 }
 
+namespace {
+
+// Segment components move the nodes that corners sit on: the path is bent first, and the corners
+// find their nodes again on the bent path by position.
+void drawSegmentsThenCorners(const VLPath& path, VLPenProtocol& pen, const CornerHints& segments,
+                             const CornerHints& corners)
+{
+    VLPathPen bentPen;
+    PathWalk(path, bentPen, segments).draw();
+    const auto& bentLayer = bentPen.layer();
+    auto bent = std::dynamic_pointer_cast<VLPath>(bentLayer->objectInShapesAtIndex(0));
+    if (!bent) return;
+    VLLayer::Hints copies;
+    for (const auto& [index, hint] : corners) {
+        auto copy = hint->copyHint();
+        copy->setOriginKnob({VLUnsetValue, 0});
+        copy->setTargetKnob({VLUnsetValue, 0});
+        copy->setOriginIndex({});
+        copy->setTargetIndex({});
+        copies.push_back(copy);
+    }
+    bentLayer->setHintsFast(copies);
+    bentLayer->restoreHints();
+    CornerHints found;
+    for (const auto& copy : copies)
+        if (copy->originIndex().size() >= 2 && copy->originIndex()[0] == 0)
+            found.emplace_back(static_cast<long>(copy->originIndex()[1]), copy);
+    // The bent path draws its corners from the font and grid of the path it came from.
+    bent->setParent(path.parent());
+    PathWalk(*bent, pen, found).draw();
+}
+
+} // namespace
+
 // Hints whose glyph is missing, or that lost their node, leave the node to the default drawing.
 // Hints that survived a flattening (found again by position) were drawn already.
 void VLPath::_drawInPen_secondaryPen(VLPenProtocol& pen, VLPenProtocol*)
 {
-    CornerHints hints;
+    CornerHints corners, segments;
     auto owner = layer();
     auto font = owner ? owner->font() : nullptr;
     long index = owner ? owner->indexOfObjectInShapes(this) : -1;
@@ -374,15 +409,17 @@ void VLPath::_drawInPen_secondaryPen(VLPenProtocol& pen, VLPenProtocol*)
             if (!font->glyphForName(hint->name()) || !hint->updateIndexes()) continue;
             const VLIndexPath& origin = hint->originIndex();
             if (origin.size() < 2 || origin[0] != static_cast<size_t>(index)) continue;
-            hints.emplace_back(static_cast<long>(origin[1]), hint);
+            (hint->type() == VLHintType::Segment ? segments : corners).emplace_back(static_cast<long>(origin[1]), hint);
         }
-    PathWalk(*this, pen, hints).draw();
+    if (segments.empty() || corners.empty()) return PathWalk(*this, pen, segments.empty() ? corners : segments).draw();
+    drawSegmentsThenCorners(*this, pen, segments, corners);
 }
 
 void VLPath::drawSimpleInPen(VLPenProtocol& pen)
 {
     if (_nodes.empty()) return;
     long n = count();
+    bool withObjects = pen.respondsToObjects();
     std::vector<Point> run;
     long first = 1;
     if (!_closed) {
@@ -413,10 +450,18 @@ void VLPath::drawSimpleInPen(VLPenProtocol& pen)
     for (long k = first; k < n; ++k) {
         const auto& node = _nodes[static_cast<size_t>(k)];
         switch (node->type()) {
-        case VLNodeType::LINE: pen.lineTo(node->position()); break;
+        case VLNodeType::LINE:
+            if (withObjects)
+                pen.lineTo_objects(node->position(), {node});
+            else
+                pen.lineTo(node->position());
+            break;
         case VLNodeType::CURVE:
         case VLNodeType::HOBBY:
-            if (run.size() >= 2) pen.curveTo_off1_off2(node->position(), run[run.size() - 2], run.back());
+            if (run.size() >= 2 && withObjects)
+                pen.curveTo_off1_off2_objects(node->position(), run[run.size() - 2], run.back(), {node});
+            else if (run.size() >= 2)
+                pen.curveTo_off1_off2(node->position(), run[run.size() - 2], run.back());
             run.clear();
             break;
         case VLNodeType::OFFCURVE: run.push_back(node->position()); break;

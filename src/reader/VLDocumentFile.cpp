@@ -7,9 +7,14 @@
 #include <memory>
 #include <unistd.h>
 
-int openDocumentFile(const std::string& path, struct stat& status, int folder)
+int openDocumentFile(const std::string& path, struct stat& status)
 {
-    int fd = openat(folder, path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
+    return openDocumentFileAt(AT_FDCWD, path.c_str(), status);
+}
+
+int openDocumentFileAt(int folder, const char* name, struct stat& status)
+{
+    int fd = openat(folder, name, O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
     if (fd < 0) return -1;
     int code = fstat(fd, &status) != 0 ? errno : S_ISREG(status.st_mode) ? 0 : S_ISDIR(status.st_mode) ? EISDIR : ENODEV;
     if (code == 0) return fd;

@@ -11,6 +11,7 @@
 #include "reader/VLPlistSkippers.h"
 
 #include <algorithm>
+#include <fcntl.h>
 #include <array>
 
 namespace {
@@ -149,11 +150,17 @@ std::shared_ptr<VLGlyph> VLGlyph::initWithVelmorParser_format(VLPlistParseInfo* 
     return glyph;
 }
 
-std::shared_ptr<VLGlyph> VLGlyph::initWithFile_format_error(const std::string& path, uint8_t format, VLError* error,
-                                                            int folder)
+std::shared_ptr<VLGlyph> VLGlyph::initWithFile_format_error(const std::string& path, uint8_t format, VLError* error)
+{
+    return initWithFileInFolder_name_path_format_error(AT_FDCWD, path, path, format, error);
+}
+
+std::shared_ptr<VLGlyph> VLGlyph::initWithFileInFolder_name_path_format_error(int folder, const std::string& name,
+                                                                             const std::string& path, uint8_t format,
+                                                                             VLError* error)
 {
     VLPlistParseInfo info;
-    if (!openPlistParseInfo(path.c_str(), &info, folder)) {
+    if (!openPlistParseInfoAt(folder, name.c_str(), path.c_str(), &info)) {
         if (info.error) handOut(error, *info.error);
         return nullptr;
     }

@@ -8,7 +8,6 @@
 
 #include <algorithm>
 #include <dirent.h>
-#include <memory>
 #include <mutex>
 #include <optional>
 
@@ -20,19 +19,34 @@ struct FolderEntry {
     bool mayBeLink;
 };
 
-// The glyph folder stays open while its files are read: they are opened relative to it.
-using FolderHandle = std::unique_ptr<DIR, int (*)(DIR*)>;
-
-std::vector<FolderEntry> folderContents(DIR* dir)
-{
-    std::vector<FolderEntry> entries;
-    if (!dir) return entries;
-    while (dirent* entry = readdir(dir)) {
-        std::string name = entry->d_name;
-        if (name != "." && name != "..") entries.push_back({name, entry->d_type == DT_LNK || entry->d_type == DT_UNKNOWN});
+// The glyph folder, open while its files are read: each file is then opened by its name alone.
+class GlyphFolder {
+public:
+    explicit GlyphFolder(const std::string& path) : _dir(opendir(path.c_str())) {}
+    ~GlyphFolder()
+    {
+        if (_dir) closedir(_dir);
     }
-    return entries;
-}
+    GlyphFolder(const GlyphFolder&) = delete;
+    GlyphFolder& operator=(const GlyphFolder&) = delete;
+
+    int descriptor() const { return _dir ? dirfd(_dir) : -1; }
+
+    std::vector<FolderEntry> contents()
+    {
+        std::vector<FolderEntry> entries;
+        if (!_dir) return entries;
+        while (dirent* entry = readdir(_dir)) {
+            std::string name = entry->d_name;
+            if (name != "." && name != "..")
+                entries.push_back({name, entry->d_type == DT_LNK || entry->d_type == DT_UNKNOWN});
+        }
+        return entries;
+    }
+
+private:
+    DIR* _dir;
+};
 
 bool hasGlyphExtension(const std::string& name)
 {
@@ -51,8 +65,8 @@ std::shared_ptr<VLGlyph> refuseLinkOut(const std::string& name, VLError* error)
 
 bool VLFont::readGlyphFiles_format_error(const std::string& folder, uint8_t format, VLError* error)
 {
-    FolderHandle dir(opendir(folder.c_str()), closedir);
-    std::vector<FolderEntry> entries = folderContents(dir.get());
+    GlyphFolder glyphFolder(folder);
+    std::vector<FolderEntry> entries = glyphFolder.contents();
     if (entries.empty()) {
         handOut(error, VLError::errorWithDomain_code_userInfo("VLVelmorDomain", 1,
                                                               {{VLError::localizedDescriptionKey, "No Glyphs found!"}}));
@@ -64,10 +78,12 @@ bool VLFont::readGlyphFiles_format_error(const std::string& folder, uint8_t form
     ParallelFor(entries.size(), [&](size_t i, bool& stop) {
         const FolderEntry& entry = entries[i];
         if (!hasGlyphExtension(entry.name)) return;
+        std::string path = folder + "/" + entry.name;
         VLError glyphError;
-        auto glyph = entry.mayBeLink && !isInsideFolder(folder + "/" + entry.name, folder)
+        auto glyph = entry.mayBeLink && !isInsideFolder(path, folder)
                          ? refuseLinkOut(entry.name, &glyphError)
-                         : VLGlyph::initWithFile_format_error(entry.name, format, &glyphError, dirfd(dir.get()));
+                         : VLGlyph::initWithFileInFolder_name_path_format_error(glyphFolder.descriptor(), entry.name,
+                                                                                path, format, &glyphError);
         std::lock_guard guard(lock);
         if (!glyph) {
             if (!glyphError.domain.empty()) failure = glyphError;

@@ -6,6 +6,7 @@
 #include <cerrno>
 #include <cstdarg>
 #include <cstring>
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -47,11 +48,16 @@ bool start(VLPlistParseInfo* info, VLPlistMapping mapping, size_t length)
 
 } // namespace
 
-bool openPlistParseInfo(const char* path, VLPlistParseInfo* info, int folder)
+bool openPlistParseInfo(const char* path, VLPlistParseInfo* info)
+{
+    return openPlistParseInfoAt(AT_FDCWD, path, path, info);
+}
+
+bool openPlistParseInfoAt(int folder, const char* name, const char* path, VLPlistParseInfo* info)
 {
     *info = VLPlistParseInfo{};
     struct stat status;
-    int fd = openDocumentFile(path, status, folder);
+    int fd = openDocumentFileAt(folder, name, status);
     if (fd < 0) return failOpening(info, "Couldn’t open file: %s (%s)", path);
     size_t size = static_cast<size_t>(status.st_size);
     if (size < 3) {

@@ -4,7 +4,6 @@
 #include "reader/VLPlistMapping.h"
 
 #include <cstdint>
-#include <fcntl.h>
 #include <memory>
 #include <optional>
 #include <string>
@@ -67,9 +66,10 @@ public:
     const bool allowed;
 };
 
-// Maps the file read-only; a relative path is taken from the open folder `folder`. On failure
-// `info->error` holds a file error (code 3842).
-bool openPlistParseInfo(const char* path, VLPlistParseInfo* info, int folder = AT_FDCWD);
+// Maps the file read-only. On failure `info->error` holds a file error (code 3842).
+bool openPlistParseInfo(const char* path, VLPlistParseInfo* info);
+// The file of the name inside the open folder; messages name it by path.
+bool openPlistParseInfoAt(int folder, const char* name, const char* path, VLPlistParseInfo* info);
 // The same state over a copy of the bytes, of any length.
 bool openPlistParseInfoWithBytes(const void* bytes, size_t length, VLPlistParseInfo* info);
 // Releases this info's share of the region and of the string set; nothing when already closed.

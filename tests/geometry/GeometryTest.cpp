@@ -203,6 +203,12 @@ TEST(Geometry, RootsOfCubicWithinTheUnitRange)
     EXPECT_NEAR(roots[0], 0.2, 1e-12);
     EXPECT_NEAR(roots[1], 0.5, 1e-12);
     EXPECT_NEAR(roots[2], 0.9, 1e-12);
+    // The same scaled, and turned upside down: the leading factor must not matter.
+    n = VLRootsOfCubic(-2.5, 4, -1.825, 0.225, roots);
+    ASSERT_EQ(n, 3);
+    std::sort(roots, roots + 3);
+    EXPECT_NEAR(roots[0], 0.2, 1e-12);
+    EXPECT_NEAR(roots[2], 0.9, 1e-12);
     // (t - 0.5)(t - 2)(t + 1): only one inside.
     n = VLRootsOfCubic(1, -1.5, -1.5, 1, roots);
     ASSERT_EQ(n, 1);

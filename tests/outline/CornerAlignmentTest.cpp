@@ -57,21 +57,25 @@ void expectPassesThrough(const std::shared_ptr<BezierPath>& outline, std::initia
 } // namespace
 
 // The node of "acute" at (400, 100) opens 60 degrees, from its incoming leg at 160 degrees to its
-// outgoing one at 100. The notch's ends always land 100 units along the legs; its inner point, 141
-// units out at 45 degrees between legs at 90 and 0, turns with the leg that the alignment keeps.
+// outgoing one at 100. The notch keeps its right angle: its ends lie 100 units out at 90 and 0
+// degrees, its inner point 141 units out at 45. Laid along one leg, it slides along that leg
+// until its other end meets the other leg, 115 units out, while the first end lies 158 out.
 TEST(CornerAlignment, EachAlignmentTurnsTheCornerByItsOwnReference)
 {
     CornerOutline acute("acute");
     ASSERT_NE(acute.layer, nullptr);
-    Point inEnd{306.0, 134.2}, outEnd{382.6, 198.5};
-    // Along the incoming leg: turned by 70 degrees, the inner point at 115.
-    expectPassesThrough(acute.drawnWith(0), {inEnd, outEnd, {340.2, 228.2}});
-    // Along the outgoing leg: turned by 100, at 145.
-    expectPassesThrough(acute.drawnWith(1), {inEnd, outEnd, {284.2, 181.1}});
-    // Bisector onto bisector: turned by 85, at 130.
-    expectPassesThrough(acute.drawnWith(2), {inEnd, outEnd, {309.1, 208.3}});
-    // Upright: not turned at all, so the inner point stands outside the narrow corner.
-    expectPassesThrough(acute.drawnWith(4), {inEnd, outEnd, {500, 200}});
+    // Along the incoming leg: turned by 70 degrees.
+    expectPassesThrough(acute.drawnWith(0), {{251.8, 153.9}, {379.9, 213.7}, {286.0, 247.9}});
+    // Along the outgoing leg: turned by 100.
+    expectPassesThrough(acute.drawnWith(1), {{291.5, 139.5}, {372.6, 255.3}, {274.2, 238.0}});
+    // Chord onto chord: turned by 85 around the node and not moved, so that each end stands 15
+    // degrees off its leg.
+    expectPassesThrough(acute.drawnWith(2), {{300.4, 108.7}, {408.7, 199.6}, {309.1, 208.3}});
+    // Upright: not turned at all, so the notch stands outside the narrow corner; its last step
+    // sticks out past the outgoing leg and is cut where that leg crosses the notch's top.
+    auto upright = acute.drawnWith(4);
+    expectPassesThrough(upright, {{400, 200}, {457.1, 200}});
+    EXPECT_FALSE(passesThrough(*upright, {500, 200}));
 }
 
 // The step's inner point sits nearer its outgoing leg. A negative x scale mirrors the step, which

@@ -67,6 +67,10 @@ TEST(CornerComponents, AnInwardNotchCutsTheCornerOfASquare)
                         {{480, 110}, true},
                         {{90, 300}, false},
                         {{520, 300}, false}});
+    // Drawn the other way round, the corner turns the other way: the notch, drawn for a left
+    // turn, is mirrored onto it and cuts the same square out.
+    expectInk(Rendered(*font, "notchedClockwise"),
+              {{{150, 150}, false}, {{195, 195}, false}, {{150, 250}, true}, {{250, 150}, true}, {{300, 300}, true}});
 }
 
 TEST(CornerComponents, ACornerOfTwoNodesBevelsTheCorner)
@@ -99,6 +103,33 @@ TEST(CornerComponents, ACornerOnACurveToLineJoinFollowsBothSegments)
                         {{250, 440}, true},
                         {{250, 250}, true},
                         {{150, 150}, true}});
+}
+
+// The notch on the bottom left corner of shapes whose segments at that corner are not both long
+// lines: an outgoing curve, an incoming curve shorter than the notch's leg (which the notch
+// swallows whole), and a leg of no length, which leaves nothing to lay the notch along.
+TEST(CornerComponents, CurvedShortAndEmptyLegs)
+{
+    auto font = cornerDocument();
+    ASSERT_NE(font, nullptr);
+    {
+        SCOPED_TRACE("curved outgoing leg");
+        expectInk(Rendered(*font, "curvedOut"), {{{150, 150}, false},
+                                                 {{195, 195}, false},
+                                                 {{130, 300}, true},
+                                                 {{250, 230}, true},
+                                                 {{450, 420}, true},
+                                                 {{480, 330}, false}});
+    }
+    {
+        SCOPED_TRACE("short incoming curve");
+        expectInk(Rendered(*font, "shortCurve"),
+                  {{{150, 150}, false}, {{150, 250}, true}, {{300, 300}, true}, {{50, 300}, false}});
+    }
+    {
+        SCOPED_TRACE("leg of no length");
+        expectInk(Rendered(*font, "zeroLeg"), {{{105, 105}, true}, {{150, 150}, true}, {{95, 95}, false}});
+    }
 }
 
 TEST(CapComponents, RoundCapsAtBothEndsOfABarOneAcrossTheClosingPoint)
@@ -159,4 +190,58 @@ TEST(BentComponents, ASegmentComponentBentAlongACurve)
     Rendered picture(*font, "bumped");
     // The bump points to the left of the curve's travel, into the ink, halfway along the curve.
     expectInk(picture, {{{355, 355}, false}, {{300, 300}, true}, {{420, 250}, true}, {{250, 420}, true}});
+}
+
+// A cap asked to fit its stroke takes the stroke's width: the round cap, 400 wide, on a stroke of
+// 200 becomes a half ellipse that overhangs neither side. A cap glyph without
+// node anchors sits on the stroke by its path's ends.
+TEST(CapComponents, AFittedCapTakesTheStrokesWidthAndAnOldCapItsPathsEnds)
+{
+    auto font = cornerDocument();
+    ASSERT_NE(font, nullptr);
+    expectInk(Rendered(*font, "fitCapped"), {{{600, 200}, true},
+                       {{600, 120}, true},
+                       {{680, 200}, true},
+                       {{690, 150}, false},
+                       {{600, 350}, false},
+                       {{600, 50}, false}});
+    expectInk(Rendered(*font, "oldCapped"), {{{300, 300}, true},
+                                              {{650, 300}, true},
+                                              {{680, 300}, true},
+                                              {{690, 130}, false},
+                                              {{690, 470}, false},
+                                              {{710, 300}, false}});
+}
+
+// The older format writes nodes, anchors, hint places and the cap's fitting option its own way;
+// every glyph of the corner document draws the same from it.
+TEST(CornerComponents, BothFormatsDrawTheSame)
+{
+    auto current = cornerDocument();
+    auto older = readTestDocument("corners/corners-format1.velmor");
+    ASSERT_NE(current, nullptr);
+    ASSERT_NE(older, nullptr);
+    ASSERT_EQ(current->countOfGlyphs(), older->countOfGlyphs());
+    for (const auto& glyph : current->glyphs()) {
+        SCOPED_TRACE(glyph->name());
+        Rendered a(*current, glyph->name()), b(*older, glyph->name());
+        int differing = 0;
+        for (int y = 0; y < 800; y += 2)
+            for (int x = 0; x < 800; x += 2) differing += a.context.pixelAt(x, y)[3] != b.context.pixelAt(x, y)[3];
+        EXPECT_EQ(differing, 0);
+    }
+}
+
+// A segment component and a corner on one node: the left side is bent first, and the notch then
+// finds its node on the bent outline.
+TEST(BentComponents, ABentSideKeepsTheCornerAtItsEnd)
+{
+    auto font = cornerDocument();
+    ASSERT_NE(font, nullptr);
+    expectInk(Rendered(*font, "bumpedAndNotched"), {{{150, 150}, false},
+                                                     {{130, 300}, false},
+                                                     {{110, 350}, true},
+                                                     {{110, 250}, true},
+                                                     {{300, 300}, true},
+                                                     {{480, 480}, true}});
 }
