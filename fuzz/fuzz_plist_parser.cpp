@@ -1,4 +1,7 @@
+#include "model/VLGlyph.h"
+#include "reader/VLGlyphListReader.h"
 #include "reader/VLPlistParser.h"
+#include "reader/VLPlistRecords.h"
 #include "reader/VLPlistSkippers.h"
 #include "reader/VLPlistSkippersPath.h"
 
@@ -7,6 +10,7 @@
 #include <cstdlib>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -47,6 +51,32 @@ void compareSkipPaths(const uint8_t* data, size_t size, uint32_t depth, bool dic
         if (plistSkipPathSupported(path) && !(skipOn(path, data, size, depth, dictionaryContent) == scalar)) abort();
 }
 
+struct ListOutcome {
+    std::optional<std::vector<std::string>> glyphs;
+    ptrdiff_t offset;
+    std::optional<std::string> error;
+    bool operator==(const ListOutcome&) const = default;
+};
+
+// A glyph list read by one thread, or by two with the second guessing from the middle of the input.
+ListOutcome readGlyphs(const uint8_t* data, size_t size, bool twoThreads)
+{
+    VLPlistParseInfo info;
+    ListOutcome outcome{std::nullopt, -1, std::nullopt};
+    if (openPlistParseInfoWithBytes(data, size, &info)) {
+        auto glyphs = twoThreads ? readGlyphListGuessingAt(&info, 3, info.begin + size / 2, nullptr)
+                                 : readPlistObjects<VLGlyph>(&info, 3);
+        // Not the names: a glyph without one is named with a random UUID.
+        if (glyphs) outcome.glyphs.emplace();
+        for (const auto& glyph : glyphs ? *glyphs : std::vector<std::shared_ptr<VLGlyph>>())
+            outcome.glyphs->push_back(std::to_string(glyph->glyphId()) + " " + glyph->unicode());
+        outcome.offset = info.curr - info.begin;
+        if (info.error) outcome.error = info.error->description();
+    }
+    closePlistParseInfo(&info);
+    return outcome;
+}
+
 } // namespace
 
 // The parser and the skippers read the same bytes, each from its own parse info, since a skipper
@@ -60,5 +90,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     // Near the nesting limit as well as at the top of a document.
     for (uint32_t depth : {0u, VLPlistMaximumNesting - 8})
         for (bool dictionaryContent : {false, true}) compareSkipPaths(data, size, depth, dictionaryContent);
+    // A second thread's guess at a record is confirmed or its glyphs are dropped: never another outcome.
+    if (!(readGlyphs(data, size, true) == readGlyphs(data, size, false))) abort();
     return 0;
 }

@@ -48,6 +48,12 @@ public:
                                                                                 const std::string& path,
                                                                                 uint8_t format, VLError* error);
     static constexpr const char* className = "VLGlyph";
+    // Hands the reading of the layers from the parse state `from`, a copy that read the glyph, to
+    // `to`, a state over the same text.
+    void replaceParseInfo(const VLPlistParseInfo* from, VLPlistParseInfo* to)
+    {
+        if (_pInfo == from) _pInfo = to;
+    }
     // A copy without parent that keeps the id, with copies of all layers.
     std::shared_ptr<VLGlyph> copy();
 

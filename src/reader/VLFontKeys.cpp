@@ -5,6 +5,7 @@
 #include "model/VLGlyph.h"
 #include "model/VLInstance.h"
 #include "model/VLMetric.h"
+#include "reader/VLGlyphListReader.h"
 #include "reader/VLPlistLexical.h"
 #include "reader/VLPlistParser.h"
 #include "reader/VLPlistRecordReading.h"
@@ -54,7 +55,7 @@ template <typename Setter> KeyResult readMetrics(VLFont& font, VLPlistParseInfo*
 
 KeyResult readGlyphs(VLFont& font, VLPlistParseInfo* info)
 {
-    auto glyphs = readPlistObjects<VLGlyph>(info, font.formatVersion());
+    auto glyphs = readGlyphList(info, font.formatVersion());
     if (!glyphs) return KeyResult::Failed;
     font.setGlyphs(std::move(*glyphs));
     return KeyResult::Handled;

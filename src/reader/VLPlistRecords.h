@@ -87,6 +87,49 @@ template <typename K> constexpr size_t maximumRecordsInList()
         return SIZE_MAX;
 }
 
+// Steps into a list at `curr`, behind its "(", under the nesting counted by `nesting`; false, with
+// the error reported, when there is no list or it nests too deeply.
+bool enterPlistList(VLPlistParseInfo* info, const VLPlistNesting& nesting);
+
+// The records of class K of a list from `curr`, which stands behind the list's "(" or behind a
+// "," after a record, appended to `records`; `curr` ends behind the ")". False when the list or a
+// record fails, or when the list is longer than the class allows. Before each record, with `curr`
+// on its first byte, atRecord(records) may end the read: it returns nothing to go on, or the
+// result of the whole read.
+template <typename K, typename Container, typename AtRecord>
+bool readPlistObjectsFrom(VLPlistParseInfo* info, uint8_t format, Container container,
+                          std::vector<std::shared_ptr<K>>& records, AtRecord&& atRecord)
+{
+    while (true) {
+        if (!skipPlistSpace(info)) return false;
+        if (*info->curr == ')') break;
+        if constexpr (!std::is_same_v<std::decay_t<AtRecord>, std::nullptr_t>) {
+            if (std::optional<bool> result = atRecord(records)) return *result;
+        }
+        if (records.size() == maximumRecordsInList<K>()) {
+            reportPlistError(info, "Too many entries: %s", K::className);
+            return false;
+        }
+        if (!takePlistRecord(info, K::className)) return false;
+        auto record = readPlistObject<K>(info, format, container);
+        if (!record) {
+            if (!info->error) reportPlistError(info, "reading: %s", K::className);
+            return false;
+        }
+        records.push_back(std::move(record));
+        if (!skipPlistSpace(info)) return false;
+        if (*info->curr == ',') {
+            ++info->curr;
+            continue;
+        }
+        if (*info->curr == ')') break;
+        if (!info->error) reportPlistError(info, "reading: %s", K::className);
+        return false;
+    }
+    ++info->curr;
+    return true;
+}
+
 // A parenthesised list of records of class K; nothing when the list or any record fails, or
 // when it is longer than the class allows.
 template <typename K, typename Container = std::nullptr_t>
@@ -94,41 +137,9 @@ std::optional<std::vector<std::shared_ptr<K>>> readPlistObjects(VLPlistParseInfo
                                                                 Container container = nullptr)
 {
     VLPlistNesting nesting(info);
-    if (!nesting.allowed) {
-        reportPlistError(info, "Too deeply nested");
-        return std::nullopt;
-    }
-    if (!skipPlistSpace(info)) return std::nullopt;
-    if (*info->curr != '(') {
-        reportPlistError(info, "Unexpected character '0x%x' (expected “%s”)", *info->curr, "(");
-        return std::nullopt;
-    }
-    ++info->curr;
+    if (!enterPlistList(info, nesting)) return std::nullopt;
     std::vector<std::shared_ptr<K>> records;
-    while (true) {
-        if (!skipPlistSpace(info)) return std::nullopt;
-        if (*info->curr == ')') break;
-        if (records.size() == maximumRecordsInList<K>()) {
-            reportPlistError(info, "Too many entries: %s", K::className);
-            return std::nullopt;
-        }
-        if (!takePlistRecord(info, K::className)) return std::nullopt;
-        auto record = readPlistObject<K>(info, format, container);
-        if (!record) {
-            if (!info->error) reportPlistError(info, "reading: %s", K::className);
-            return std::nullopt;
-        }
-        records.push_back(std::move(record));
-        if (!skipPlistSpace(info)) return std::nullopt;
-        if (*info->curr == ',') {
-            ++info->curr;
-            continue;
-        }
-        if (*info->curr == ')') break;
-        if (!info->error) reportPlistError(info, "reading: %s", K::className);
-        return std::nullopt;
-    }
-    ++info->curr;
+    if (!readPlistObjectsFrom(info, format, container, records, nullptr)) return std::nullopt;
     return records;
 }
 
