@@ -367,6 +367,18 @@ TEST(PathOperatorRemoval, SubtractionAndIntersectionAgreeWithTheFill)
         expectIntersection({square(200, 200, 200)}, {square(0, 0, 600)});
     }
     {
+        SCOPED_TRACE("a target of two overlapping squares is merged only when its overlaps may go");
+        Paths twoSquares{square(0, 0, 400), square(200, 0, 400)};
+        Paths cut{square(50, 50, 100), square(450, 50, 100)};
+        Paths kept = twoSquares, merged = twoSquares;
+        VLPathOperator::subtractPaths_from_keepOverlaps(asShapes(cut), kept, true);
+        VLPathOperator::subtractPaths_from_keepOverlaps(asShapes(cut), merged, false);
+        EXPECT_EQ(kept.size(), 4u);
+        EXPECT_EQ(merged.size(), 3u);
+        for (const Paths* result : {&kept, &merged})
+            EXPECT_EQ(wrongPixels(cut, twoSquares, *result, [](bool c, bool t) { return t && !c; }), 0);
+    }
+    {
         SCOPED_TRACE("shapes apart have nothing in common");
         Paths apart{square(600, 600, 200)};
         EXPECT_FALSE(VLPathOperator::intersectPaths_with({square(0, 0, 200)}, apart));
@@ -494,8 +506,11 @@ TEST(PathOperatorRemoval, CuttingDropsTheCornersOfTheCutPathsAndDecomposesCompon
     component->setPosition({300, 0});
     f.layer->addShapeFast(component);
     Paths bitten{square(0, 0, 600)};
-    VLPathOperator::subtractPaths_from_keepOverlaps({component}, bitten, false);
-    EXPECT_EQ(wrongPixels({square(300, 0, 400)}, {square(0, 0, 600)}, bitten, [](bool c, bool t) { return t && !c; }),
+    auto hole = square(100, 100, 100);
+    VLPathOperator::subtractPaths_from_keepOverlaps({component, hole}, bitten, false);
+    EXPECT_EQ(wrongPixels({square(300, 0, 400), hole}, {square(0, 0, 600)}, bitten,
+                          [](bool c, bool t) { return t && !c; }),
               0);
-    EXPECT_EQ(bitten.size(), 1u);
+    ASSERT_EQ(bitten.size(), 2u);
+    EXPECT_EQ(bitten[0]->count() + bitten[1]->count(), 10) << "the bitten square's 6 nodes and the hole's 4";
 }
