@@ -27,7 +27,8 @@ std::string firstGlyphRecords(const char* path, size_t records)
     info.curr = info.begin + start;
     for (size_t i = 0; i < records; ++i)
         if (!skipPlistDict(&info) || *info.curr++ != ',') break;
-    std::string glyphs = "(" + text.substr(start, static_cast<size_t>(info.curr - info.begin) - start) + "\n)";
+    std::string glyphs = "(";
+    glyphs.append(text, start, static_cast<size_t>(info.curr - info.begin) - start).append("\n)");
     closePlistParseInfo(&info);
     return glyphs;
 }
