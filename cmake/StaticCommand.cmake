@@ -25,6 +25,6 @@ function(velmor_link_command_statically target)
   endforeach()
   # The archives come before the shared libraries on the line, so they satisfy every symbol, and
   # --as-needed drops the shared ones that are then left unused.
-  target_link_libraries(${target} PRIVATE ${archives} ${CMAKE_DL_LIBS})
+  target_link_libraries(${target} PRIVATE ${archives})
   target_link_options(${target} PRIVATE -static-libstdc++ -static-libgcc LINKER:--as-needed LINKER:--gc-sections)
 endfunction()
