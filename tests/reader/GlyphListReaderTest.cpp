@@ -100,6 +100,19 @@ TEST(GlyphListReader, AnErrorInEitherPartIsTheOneThreadsError)
         }
     }
     EXPECT_GT(splitsWithErrors, 100u) << "errors met by the second thread";
+
+    // A bound on records is one counter: one thread reads up to it, and fails at the same glyph.
+    for (uint64_t bound : {uint64_t{4}, uint64_t{8}, uint64_t{40}}) {
+        uint64_t oneLeft = bound, twoLeft = bound;
+        ScannedText one(bytes), two(bytes);
+        one->recordsLeft = &oneLeft;
+        two->recordsLeft = &twoLeft;
+        bool split = true;
+        std::string expected = outcome(one, readPlistObjects<VLGlyph>(one.get(), 3), false);
+        EXPECT_EQ(outcome(two, readGlyphListGuessingAt(two.get(), 3, two->begin + guess, &split), false), expected);
+        EXPECT_FALSE(split) << "bound " << bound;
+        EXPECT_EQ(twoLeft, oneLeft);
+    }
 }
 
 TEST(GlyphListReader, ListsOfOtherShapesAreReadByOneThread)
@@ -109,5 +122,8 @@ TEST(GlyphListReader, ListsOfOtherShapesAreReadByOneThread)
         std::string got = readGuessingAt(bytes, 0, false, split);
         EXPECT_EQ(got, readWithOneThread(bytes, false)) << bytes;
         EXPECT_EQ(split, bytes.ends_with("})")) << bytes;
+        ScannedText text(bytes);
+        readGlyphListGuessingAt(text.get(), 3, nullptr, &split);
+        EXPECT_FALSE(split) << "no guess, no second thread: " << bytes;
     }
 }
